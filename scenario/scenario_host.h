@@ -1,0 +1,91 @@
+#pragma once
+
+/// ScenarioHost: what the host program gives to sc_start, and all that the engine knows of it. Two
+/// threads meet here. The scenario thread runs scenes and blocks; the UI thread owns the windows,
+/// serves requests (scenario/messages.h) and turns input into codes. Every wait that is named for
+/// it below raises ExitScenarioException when the abort event is set.
+
+#include <cstdint>
+
+#include "foundation/event.h"
+#include "foundation/string.h"
+#include "foundation/thread.h"
+#include "scenario/window_object.h"
+
+namespace qv {
+
+class QVScenario;
+struct SceneFunction;
+
+inline constexpr int32_t WaitInputTimeout = 258, WaitInputFailed = -1;
+inline constexpr int32_t InputForever = -1;
+
+/// A create request, built on the caller's stack; the UI thread fills in the result.
+struct CreateWindowRequest {
+  class ScenarioHost* host = nullptr;
+  WindowObject* result = nullptr;
+  int32_t typeCode = 0;
+  Rectangle rectangle;  ///< in the parent's client coordinates
+  QVString parentName;  ///< empty: the main window
+  QVString name;
+  int32_t visible = 1;
+  QVString caption;  ///< empty when a character is given
+  uint8_t captionCharacter = 0;
+  int32_t extraWord = 0;
+  int32_t frameFlag = 0;  ///< 1 for codes 6 and 8
+};
+
+class ScenarioHost {
+ public:
+  ScenarioHost();
+  virtual ~ScenarioHost() = default;
+  ScenarioHost(const ScenarioHost&) = delete;
+  ScenarioHost& operator=(const ScenarioHost&) = delete;
+
+  WindowHandle topWindow = nullptr;   ///< cached by TopWindow
+  WindowHandle mainWindow = nullptr;  ///< owner of boxes; the parent when a request names none
+  QVEvent windowRequestEvent;         ///< set while the UI thread is ready for a request
+  QVEvent inputEvent;                 ///< set while nobody waits for input, or input has arrived
+  QVEvent abortEvent;                 ///< set to end the game
+  int32_t waitingFlag = 0;            ///< 1 while a scene waits for input
+  int32_t inputPending = 0;
+  int32_t inputValue = 0;  ///< the UI thread writes it before it sets the input event
+  WindowObject* cursorView = nullptr;
+  QVThread uiThread;
+  Lock listLock;  ///< guards the window list
+  int32_t pauseFlag = 0;  ///< while nonzero the scenario thread leaves the UI thread alone
+  QVScenario* manager = nullptr;       ///< set by QVScenario::Open
+  WindowHandle notifyWindow = nullptr;  ///< takes the scene name notice; may be null
+
+  // The window list and the module, owned by the host.
+  virtual WindowObject* FindWindowObject(const char* name) = 0;
+  virtual WindowObject* FindWindowByCode(int32_t code) = 0;
+  /// Looks a scene up by exact name in the module's table; zero if there is none.
+  virtual SceneFunction FindScene(const char* name) = 0;
+  /// Posts a thread message to the UI thread; false when it has ended.
+  virtual bool PostToUi(uint32_t message, uintptr_t first, uintptr_t second) = 0;
+
+  /// Walks the parent chain of the main window unless the cached value exists and `force` is 0.
+  WindowHandle TopWindow(int32_t force);
+  /// Sleeps `millis` at a time while the pause flag is set. Raises on abort.
+  void WaitForPause(uint32_t millis);
+  /// The input wait: time in units of 100 ms, or ms when `unitIsMillis`; -1 is for ever. Gives the
+  /// input value, 258 on time-out. Raises on abort, which wins over input that arrived with it.
+  int32_t WaitForInput(int32_t time, int32_t flagA, int32_t unitIsMillis);
+  QVEvent& BeginInput();  ///< opens a wait by another party; gives the input event
+  int32_t EndInput();     ///< closes it; gives the input value
+  void NotifyScene();     ///< sends the scene name notice, where somebody takes it
+
+  /// Blocks until the UI thread has made the window; stands still while the game is minimised.
+  WindowObject* PostCreateRequest(CreateWindowRequest& request);
+  void PostDestroyRequest(const char* name);
+  /// Waits `millis` on the abort event; raises if it fires.
+  void SleepUnlessAborted(uint32_t millis);
+
+  /// Called by the protocol where the scenario thread begins and ends an input wait, so that a
+  /// host can tell a play script. Scenario thread.
+  virtual void InputWaitBegan() {}
+  virtual void InputWaitEnded() {}
+};
+
+}  // namespace qv
