@@ -1,5 +1,6 @@
 # The target `headers`: every header of ours compiled alone, twice in a row. It holds that a header
 # includes what it uses and may be included again.
+find_package(GTest REQUIRED)
 file(GLOB_RECURSE ownHeaders RELATIVE ${CMAKE_SOURCE_DIR} CONFIGURE_DEPENDS
   platform/*.h foundation/*.h scenario/*.h message/*.h graphics/*.h audio/*.h input/*.h screens/*.h
   host/*.h scenes/*.h tools/*.h tests/support/*.h bench/*.h)
