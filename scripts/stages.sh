@@ -23,6 +23,7 @@ reportEnd() {
   local status=$?
   ((status)) || return 0
   if [[ -n $stageName ]]; then
+    echo >&2
     echo "FAILED: $stageName (after $((SECONDS - stageStart)) s)" >&2
   fi
   exit 1
