@@ -21,7 +21,7 @@ inline constexpr TextStyle BodyText{FontFace::Gothic, 16};
 inline constexpr int FrameWidth = 3;
 inline constexpr int CaptionHeight = 24;
 inline constexpr int Margin = 14;  ///< round the inside and the buttons
-inline constexpr int ButtonHeight = 26, ButtonWidth = 88, ButtonGap = 10;
+inline constexpr int ButtonHeight = 26, ButtonWidth = 104, ButtonGap = 10;
 
 }  // namespace box_look
 

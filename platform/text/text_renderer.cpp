@@ -137,10 +137,6 @@ Glyph hollowBox(int advance, int height) {
 
 /// The character's number in the font, 0 where it has none.
 FT_UInt glyphIndexOf(FT_Face face, uint16_t code) {
-  // The Japanese fonts of the classic platform draw this byte as the currency's sign.
-  if (code == '\\') {
-    if (const FT_UInt yen = FT_Get_Char_Index(face, 0xA5)) return yen;
-  }
   const char32_t character = unicodeOfShiftJis(code);
   if (character == 0) return 0;
   if (const FT_UInt index = FT_Get_Char_Index(face, character)) return index;

@@ -52,9 +52,7 @@ class BoxTest : public ::testing::Test {
     box.take(pointer(Down, rect.x + 5, rect.y + 5));
     box.take(pointer(Up, rect.x + rect.width - 1, rect.y + rect.height - 1));
   }
-  static Frame ground() {
-    return Frame(static_cast<size_t>(ScreenWidth) * ScreenHeight, Ground);
-  }
+  static Frame ground() { return Frame(static_cast<size_t>(ScreenWidth) * ScreenHeight, Ground); }
 
   KernelScope kernel_{makeRealKernel()};
   TextRenderer text_;
@@ -111,8 +109,13 @@ TEST_F(BoxTest, ReturnAndSpacePressTheFocus) {
 TEST_F(BoxTest, TheFocusGoesRoundByArrowsAndTab) {
   Box box = make(3);
   EXPECT_EQ(box.focus(), 0u);
-  for (const auto& [code, focus] : std::initializer_list<std::pair<int, size_t>>{
-           {KeyRight, 1}, {KeyTab, 2}, {KeyRight, 0}, {KeyLeft, 2}, {KeyLeft, 1}, {KeyTab, 2}, {KeyTab, 0}}) {
+  for (const auto& [code, focus] : std::initializer_list<std::pair<int, size_t>>{{KeyRight, 1},
+                                                                                 {KeyTab, 2},
+                                                                                 {KeyRight, 0},
+                                                                                 {KeyLeft, 2},
+                                                                                 {KeyLeft, 1},
+                                                                                 {KeyTab, 2},
+                                                                                 {KeyTab, 0}}) {
     box.take(key(code));
     EXPECT_EQ(box.focus(), focus);
   }
@@ -191,7 +194,8 @@ TEST_F(BoxTest, IsDraggedByItsCaptionAndStaysInTheScreen) {
   box.take(pointer(Down, start.x + 20, start.y + 10));
   box.take(pointer(Move, start.x + 50, start.y - 30));
   EXPECT_EQ(box.bounds(), (BoxRect{start.x + 30, start.y - 40, start.width, start.height}));
-  for (const auto& [x, y] : std::initializer_list<std::pair<int, int>>{{0, 0}, {639, 479}, {639, 0}, {-500, 900}}) {
+  for (const auto& [x, y] :
+       std::initializer_list<std::pair<int, int>>{{0, 0}, {639, 479}, {639, 0}, {-500, 900}}) {
     box.take(pointer(Move, x, y));
     EXPECT_TRUE(Screen.contains(box.bounds())) << x << ", " << y;
   }
@@ -265,9 +269,12 @@ TEST_F(BoxTest, NoLineBeginsWithAClosingMark) {
 }
 
 TEST_F(BoxTest, DrawsNothingOutsideItsBoundsAndNoTextOutsideItsInside) {
-  const std::string texts[] = {
-      "", "x", std::string(5000, 'x'), sjis("存在しません。読み込み処理を中止します。"),
-      std::string(300, '\n') + "end", std::string("\x88\x00\x01\xff\xa0", 5)};
+  const std::string texts[] = {"",
+                               "x",
+                               std::string(5000, 'x'),
+                               sjis("存在しません。読み込み処理を中止します。"),
+                               std::string(300, '\n') + "end",
+                               std::string("\x88\x00\x01\xff\xa0", 5)};
   for (const std::string& text : texts)
     for (uint32_t flags = 0; flags <= 5; ++flags)
       for (const uint32_t icon : {0x00u, 0x30u}) {
@@ -283,7 +290,8 @@ TEST_F(BoxTest, DrawsNothingOutsideItsBoundsAndNoTextOutsideItsInside) {
         box.draw(frame);
         for (int y = 0; y < ScreenHeight; ++y)
           for (int x = 0; x < ScreenWidth; ++x) {
-            const uint32_t pixel = frame[static_cast<size_t>(y) * ScreenWidth + static_cast<size_t>(x)];
+            const uint32_t pixel =
+                frame[static_cast<size_t>(y) * ScreenWidth + static_cast<size_t>(x)];
             ASSERT_EQ(pixel == Ground, !bounds.contains(x, y)) << x << ", " << y;
           }
       }
@@ -291,8 +299,10 @@ TEST_F(BoxTest, DrawsNothingOutsideItsBoundsAndNoTextOutsideItsInside) {
 
 TEST_F(BoxTest, SetsALongTextSmallerAndCutsWhatIsTooLongEvenThen) {
   std::string lines20, lines90;
-  for (int i = 0; i < 20; ++i) lines20 += "line\n";
-  for (int i = 0; i < 90; ++i) lines90 += "line\n";
+  for (int i = 0; i < 20; ++i)
+    lines20 += "line\n";
+  for (int i = 0; i < 90; ++i)
+    lines90 += "line\n";
   const Box fits = make(0, lines20), cut = make(0, lines90);
   EXPECT_EQ(fits.lines().size(), 20u);
   EXPECT_LT(cut.lines().size(), 90u);
@@ -311,10 +321,11 @@ TEST_F(BoxTest, LooksLikeTheGoldenPictures) {
   question.moveTo(250, 190);
   question.take(key(KeyRight));
   question.draw(frame);
-  Box retry({sjis("ファイルに書き込めませんでした。ディスクの空きを確かめてから、もう一度お試しください。"
-                  "キャンセルすると、この保存は行われません。"),
-             "QVFile - close", BoxRetryCancel},
-            text_);
+  Box retry(
+      {sjis("ファイルに書き込めませんでした。ディスクの空きを確かめてから、もう一度お試しください。"
+            "キャンセルすると、この保存は行われません。"),
+       "QVFile - close", BoxRetryCancel},
+      text_);
   retry.moveTo(10, 330);
   const BoxRect button = retry.buttonRect(0);
   retry.take(pointer(Down, button.x + 3, button.y + 3));

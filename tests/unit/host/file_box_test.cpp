@@ -46,7 +46,8 @@ class FileBoxTest : public ::testing::Test {
   }
   static std::vector<std::string> names(const FileBox& box) {
     std::vector<std::string> names;
-    for (const FileEntry& entry : box.entries()) names.push_back(entry.name);
+    for (const FileEntry& entry : box.entries())
+      names.push_back(entry.name);
     return names;
   }
 
@@ -117,7 +118,8 @@ TEST_F(FileBoxTest, ScrollsByPagesAndWheel) {
   DisplayEvent wheel;
   wheel.kind = DisplayEvent::Kind::Wheel;
   wheel.y = 1;
-  for (int i = 0; i < 20; ++i) box.take(wheel);
+  for (int i = 0; i < 20; ++i)
+    box.take(wheel);
   EXPECT_NE(box.entryRect(0).height, 0);
   EXPECT_EQ(box.selected(), 18);
 }
@@ -125,7 +127,8 @@ TEST_F(FileBoxTest, ScrollsByPagesAndWheel) {
 TEST_F(FileBoxTest, TakesATypedNameWhenSaving) {
   FileBox box = make(true, "C:\\cg\\", "shot.bmp");
   EXPECT_EQ(box.name(), "shot.bmp");
-  for (int i = 0; i < 4; ++i) key(box, KeyBack);
+  for (int i = 0; i < 4; ++i)
+    key(box, KeyBack);
   type(box, "一枚");
   type(box, "/\\:*?\"<>|\n");
   key(box, KeySpace);
@@ -148,13 +151,14 @@ TEST_F(FileBoxTest, AChosenFileLendsItsName) {
 
 TEST_F(FileBoxTest, NamesHaveABound) {
   FileBox box = make(true);
-  for (int i = 0; i < 100; ++i) type(box, "四文字だ");
+  for (int i = 0; i < 100; ++i)
+    type(box, "四文字だ");
   EXPECT_LE(box.name().size(), 255u);
 }
 
 TEST_F(FileBoxTest, AScriptTakesTheProposedOrTheFirstFile) {
-  FileBox first = make(false), proposed = make(false, "", "C:\\cg\\b.bmp"), saving = make(true, "", "cg\\new.bmp"),
-          none = make(false, "C:\\empty");
+  FileBox first = make(false), proposed = make(false, "", "C:\\cg\\b.bmp"),
+          saving = make(true, "", "cg\\new.bmp"), none = make(false, "C:\\empty");
   EXPECT_TRUE(first.acceptSelected());
   EXPECT_EQ(first.path(), "C:\\cg\\a.bmp");
   EXPECT_TRUE(proposed.acceptSelected());
@@ -168,7 +172,8 @@ TEST_F(FileBoxTest, AScriptTakesTheProposedOrTheFirstFile) {
 
 TEST_F(FileBoxTest, SurvivesAFolderThatIsNotThere) {
   FileBox box = make(false, "C:\\nowhere");
-  for (const int code : {KeyUp, KeyDown, KeyPageDown, KeyEnd, KeyReturn}) key(box, code);
+  for (const int code : {KeyUp, KeyDown, KeyPageDown, KeyEnd, KeyReturn})
+    key(box, code);
   Frame frame(static_cast<size_t>(ScreenWidth) * ScreenHeight, 0);
   box.draw(frame);
   EXPECT_FALSE(box.done());

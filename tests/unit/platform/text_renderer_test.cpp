@@ -121,7 +121,12 @@ TEST_F(TextRendererTest, CountsALeadByteWithoutATrailByteAsOneCharacter) {
 TEST_F(TextRendererTest, DrawsTheGlyphAsTheFontsInstructionsShapeIt) {
   Canvas canvas(16, 16);
   text_.draw(canvas.target(), 0, 0, {FontFace::Gothic, 16}, sjis("口"), Ink);
-  EXPECT_EQ(canvas.rows(), std::vector<std::string>({"GLYPH"}));
+  EXPECT_EQ(canvas.rows(),
+            std::vector<std::string>(
+                {"................", "................", "................", "..############..",
+                 "..#..........#..", "..#..........#..", "..#..........#..", "..#..........#..",
+                 "..#..........#..", "..#..........#..", "..#..........#..", "..#..........#..",
+                 "..############..", "..#..........#..", "................", "................"}));
 }
 
 TEST_F(TextRendererTest, KeepsInsideTheCell) {
