@@ -16,7 +16,9 @@ constexpr int WidestText = 560, TallestText = 360;
 constexpr int IconSize = 32, IconGap = 14;
 constexpr uint32_t IconMask = 0xF0, DefaultMask = 0xF00;
 
-std::string sjisOf(const char* utf8) { return shiftJisOfUtf8(utf8).text; }
+std::string sjisOf(const char* utf8) {
+  return shiftJisOfUtf8(utf8).text;
+}
 
 struct ButtonForm {
   BoxAnswer answer;
@@ -34,12 +36,17 @@ constexpr ButtonForm NoButton{BoxAnswer::No, "いいえ", KeyA + ('N' - 'A')};
 /// is shown as kind 5, whose answers mean the same to who must go on safely.
 std::vector<ButtonForm> buttonForms(uint32_t flags) {
   switch (flags & BoxButtonMask) {
-    case 1: return {OkButton, CancelButton};
-    case 3: return {YesButton, NoButton, CancelButton};
-    case 4: return {YesButton, NoButton};
+    case 1:
+      return {OkButton, CancelButton};
+    case 3:
+      return {YesButton, NoButton, CancelButton};
+    case 4:
+      return {YesButton, NoButton};
     case 2:
-    case 5: return {RetryButton, CancelButton};
-    default: return {OkButton};
+    case 5:
+      return {RetryButton, CancelButton};
+    default:
+      return {OkButton};
   }
 }
 
@@ -61,7 +68,8 @@ const IconForm* iconOf(uint32_t flags) {
 
 bool isClosingMark(std::string_view character) {
   static const std::string Marks = sjisOf("、。，．！？」』）］】〉》ー…");
-  if (character.size() == 1) return std::string_view(",.!?)]}").find(character) != std::string::npos;
+  if (character.size() == 1)
+    return std::string_view(",.!?)]}").find(character) != std::string::npos;
   for (size_t at = 0; at < Marks.size(); at += 2)
     if (character == std::string_view(Marks).substr(at, 2)) return true;
   return false;
@@ -93,7 +101,8 @@ void wrapLine(TextRenderer& text, const TextStyle& style, std::string_view line,
     const size_t taken = breakBefore(line, fit);
     lines.emplace_back(line.substr(0, taken));
     line.remove_prefix(taken);
-    while (!line.empty() && line.front() == ' ') line.remove_prefix(1);
+    while (!line.empty() && line.front() == ' ')
+      line.remove_prefix(1);
     if (line.empty()) return;
   }
   lines.emplace_back(line);
@@ -104,7 +113,8 @@ void wrapLine(TextRenderer& text, const TextStyle& style, std::string_view line,
 std::vector<std::string> wrapText(TextRenderer& text, const TextStyle& style, std::string_view run,
                                   int widthPixels) {
   std::vector<std::string> lines;
-  while (!run.empty() && (run.back() == '\n' || run.back() == '\r')) run.remove_suffix(1);
+  while (!run.empty() && (run.back() == '\n' || run.back() == '\r'))
+    run.remove_suffix(1);
   for (;;) {
     const size_t feed = run.find('\n');
     std::string_view line = run.substr(0, feed);
@@ -116,14 +126,14 @@ std::vector<std::string> wrapText(TextRenderer& text, const TextStyle& style, st
 }
 
 Box::Box(BoxView view, TextRenderer& text)
-    : FloatingBox(text, view.caption,
-                  [&] {
-                    std::vector<Button> buttons;
-                    for (const ButtonForm& form : buttonForms(view.flags))
-                      buttons.push_back(
-                          {sjisOf(form.label), static_cast<int>(form.answer), form.key});
-                    return buttons;
-                  }()),
+    : FloatingBox(
+          text, view.caption,
+          [&] {
+            std::vector<Button> buttons;
+            for (const ButtonForm& form : buttonForms(view.flags))
+              buttons.push_back({sjisOf(form.label), static_cast<int>(form.answer), form.key});
+            return buttons;
+          }()),
       view_(std::move(view)) {
   const int iconWidth = iconOf(view_.flags) ? IconSize + IconGap : 0;
   // A long text is set smaller before any of it is left out.
@@ -138,14 +148,17 @@ Box::Box(BoxView view, TextRenderer& text)
     lines_.back() = "...";
   }
   int width = 0;
-  for (const std::string& line : lines_) width = std::max(width, text.measure(style_, line));
+  for (const std::string& line : lines_)
+    width = std::max(width, text.measure(style_, line));
   const int height = static_cast<int>(lines_.size()) * lineHeight();
   layOut(width + iconWidth, std::max(height, iconWidth ? IconSize : 0));
   const size_t wanted = (view_.flags & DefaultMask) >> 8;
   setFocus(wanted < buttonCount() ? wanted : 0);
 }
 
-int Box::lineHeight() const { return style_.heightPixels + style_.heightPixels / 4; }
+int Box::lineHeight() const {
+  return style_.heightPixels + style_.heightPixels / 4;
+}
 
 std::optional<BoxAnswer> Box::answer() const {
   if (!chosen()) return std::nullopt;

@@ -13,9 +13,9 @@ namespace qv {
 namespace box_look {
 
 inline constexpr uint32_t Face = 0xE9E4DA, Light = 0xFFFDF8, Shade = 0x9A9284, Edge = 0x4C463C,
-                          Ink = 0x2A2620, FaintInk = 0x8C8474, Field = 0xFFFEFA,
-                          BarLeft = 0x2C4A66, BarRight = 0x6E93A8, BarInk = 0xFFFFFF,
-                          ChosenBack = 0x3D6482, ChosenInk = 0xFFFFFF;
+                          Ink = 0x2A2620, FaintInk = 0x8C8474, Field = 0xFFFEFA, BarLeft = 0x2C4A66,
+                          BarRight = 0x6E93A8, BarInk = 0xFFFFFF, ChosenBack = 0x3D6482,
+                          ChosenInk = 0xFFFFFF;
 inline constexpr TextStyle BodyText{FontFace::Gothic, 16};
 
 inline constexpr int FrameWidth = 3;

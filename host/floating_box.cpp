@@ -19,8 +19,7 @@ void FloatingBox::layOut(int insideWidth, int insideHeight) {
   // The caption may widen the box, but only to what a line of text may.
   const int captionWidth = text_.measure(BodyText, caption_) + Margin;
   const int across = std::max({insideWidth, row, captionWidth}) + 2 * (FrameWidth + Margin);
-  const int down =
-      insideHeight + CaptionHeight + ButtonHeight + 2 * FrameWidth + 3 * Margin;
+  const int down = insideHeight + CaptionHeight + ButtonHeight + 2 * FrameWidth + 3 * Margin;
   bounds_.width = std::min(across, ScreenWidth);
   bounds_.height = std::min(down, ScreenHeight);
   moveTo((ScreenWidth - bounds_.width) / 2, (ScreenHeight - bounds_.height) / 2);
@@ -50,10 +49,9 @@ BoxRect FloatingBox::captionBar() const {
 BoxRect FloatingBox::buttonRect(size_t index) const {
   const int count = static_cast<int>(buttons_.size());
   const int row = count * ButtonWidth + (count - 1) * ButtonGap;
-  return {bounds_.x + (bounds_.width - row) / 2 +
-              static_cast<int>(index) * (ButtonWidth + ButtonGap),
-          bounds_.y + bounds_.height - FrameWidth - Margin - ButtonHeight, ButtonWidth,
-          ButtonHeight};
+  return {
+      bounds_.x + (bounds_.width - row) / 2 + static_cast<int>(index) * (ButtonWidth + ButtonGap),
+      bounds_.y + bounds_.height - FrameWidth - Margin - ButtonHeight, ButtonWidth, ButtonHeight};
 }
 
 std::optional<size_t> FloatingBox::buttonAt(int x, int y) const {
@@ -73,7 +71,9 @@ void FloatingBox::choose(int result) {
   changed_ = true;
 }
 
-bool FloatingBox::takeChanged() { return std::exchange(changed_, false); }
+bool FloatingBox::takeChanged() {
+  return std::exchange(changed_, false);
+}
 
 void FloatingBox::take(const DisplayEvent& event) {
   if (done()) return;
@@ -94,7 +94,9 @@ void FloatingBox::take(const DisplayEvent& event) {
       held_.reset();
       changed_ = true;
       break;
-    default: takeInside(event); break;
+    default:
+      takeInside(event);
+      break;
   }
 }
 
@@ -135,19 +137,28 @@ void FloatingBox::moveFocus(int by) {
   const int stops = static_cast<int>(buttons_.size()) + (insideTakesFocus() ? 1 : 0);
   const int at = focus_ ? static_cast<int>(*focus_) : stops - 1;
   const int next = (at + by + stops) % stops;
-  if (next < static_cast<int>(buttons_.size())) setFocus(static_cast<size_t>(next));
-  else setFocus(std::nullopt);
+  if (next < static_cast<int>(buttons_.size()))
+    setFocus(static_cast<size_t>(next));
+  else
+    setFocus(std::nullopt);
 }
 
 void FloatingBox::takeKey(const DisplayEvent& event) {
   if (event.kind != DisplayEvent::Kind::KeyDown || event.alt) return;
   switch (event.key) {
-    case KeyTab: moveFocus(shift_ ? -1 : 1); return;
+    case KeyTab:
+      moveFocus(shift_ ? -1 : 1);
+      return;
     case KeyLeft:
-    case KeyUp: moveFocus(-1); return;
+    case KeyUp:
+      moveFocus(-1);
+      return;
     case KeyRight:
-    case KeyDown: moveFocus(1); return;
-    default: break;
+    case KeyDown:
+      moveFocus(1);
+      return;
+    default:
+      break;
   }
   // A key that was already down when the box came up must not answer it.
   if (event.repeat) return;
@@ -190,7 +201,8 @@ void FloatingBox::draw(Frame& frame) const {
   drawRun(frame, text_, barText, barText.x, bar.y + (bar.height - BodyText.heightPixels) / 2,
           BodyText, shortened(text_, BodyText, caption_, barText.width), BarInk);
   drawInside(frame);
-  for (size_t index = 0; index < buttons_.size(); ++index) drawButton(frame, index);
+  for (size_t index = 0; index < buttons_.size(); ++index)
+    drawButton(frame, index);
 }
 
 }  // namespace qv

@@ -40,6 +40,7 @@ const std::string& UiLoop::failure() const {
 
 void UiLoop::run() {
   host_.uiThread.adoptCurrent();
+  boxes_.setUiThread(Thread::currentId());
   while (!scenarioEnded_ && !overdue()) {
     serveQueue();
     stepScript();
@@ -66,9 +67,9 @@ void UiLoop::serve(MessageQueue::Received& received) {
   const Message& message = received.message;
   switch (message.id) {
     case MessageCreateWindow: {
-      // The record lies on the caller's stack, who waits; its host field comes first.
-      auto* request = reinterpret_cast<CreateWindowRequest*>(message.first);
-      request->result = host_.windows.create(*request);
+      // The record lies on the stack of the scenario thread, which waits for the event.
+      CreateWindowRequest& request = requestOfResult(message.first);
+      request.result = host_.windows.create(request);
       host_.windowRequestEvent.set();
       break;
     }
@@ -168,6 +169,8 @@ void UiLoop::compose() {
 
 void UiLoop::paint() {
   if (boxes_.takeChanged()) dirty_ = true;
+  // A box is task modal: while another thread's is up, the story stands where it next needs us.
+  host_.pauseFlag = !aborting_ && boxes_.holdsOther(scenarioThreadId_) ? 1 : 0;
   if (!dirty_) return;
   dirty_ = false;
   compose();

@@ -88,6 +88,10 @@ class QVScenario {
   void SetExternalFont(const char* fileName, int32_t unused = 0);
 
   ScenarioHost* host() const { return host_; }
+  // The register files themselves, for who looks at them from outside while a scene waits.
+  QVReg& registers() { return registers_; }
+  QVStrReg& strings() { return strings_; }
+  QVReg& systemRegisters() { return systemRegisters_; }
   const SongRecord& song() const { return song_; }
 
  private:
