@@ -16,10 +16,6 @@ constexpr int WidestText = 560, TallestText = 360;
 constexpr int IconSize = 32, IconGap = 14;
 constexpr uint32_t IconMask = 0xF0, DefaultMask = 0xF00;
 
-std::string sjisOf(const char* utf8) {
-  return shiftJisOfUtf8(utf8).text;
-}
-
 struct ButtonForm {
   BoxAnswer answer;
   const char* label;
@@ -67,7 +63,7 @@ const IconForm* iconOf(uint32_t flags) {
 }
 
 bool isClosingMark(std::string_view character) {
-  static const std::string Marks = sjisOf("、。，．！？」』）］】〉》ー…");
+  static const std::string Marks = sjis("、。，．！？」』）］】〉》ー…");
   if (character.size() == 1)
     return std::string_view(",.!?)]}").find(character) != std::string::npos;
   for (size_t at = 0; at < Marks.size(); at += 2)
@@ -131,7 +127,7 @@ Box::Box(BoxView view, TextRenderer& text)
           [&] {
             std::vector<Button> buttons;
             for (const ButtonForm& form : buttonForms(view.flags))
-              buttons.push_back({sjisOf(form.label), static_cast<int>(form.answer), form.key});
+              buttons.push_back({sjis(form.label), static_cast<int>(form.answer), form.key});
             return buttons;
           }()),
       view_(std::move(view)) {
@@ -191,7 +187,7 @@ void Box::drawInside(Frame& frame) const {
     const BoxRect disc = {area.x, area.y, IconSize, IconSize};
     fillDisc(frame, disc, icon->colour);
     drawRun(frame, text(), disc, disc.x + (IconSize - 20) / 2, disc.y + (IconSize - 20) / 2,
-            {FontFace::Gothic, 20}, sjisOf(icon->sign), 0xFFFFFF);
+            {FontFace::Gothic, 20}, sjis(icon->sign), 0xFFFFFF);
     left += IconSize + IconGap;
   }
   int top = area.y;

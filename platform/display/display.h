@@ -22,13 +22,13 @@ enum class PointerButton { Left, Right, Middle };
 struct DisplayEvent {
   enum class Kind {
     None,
-    PointerMove,   ///< x, y
-    ButtonDown,    ///< button, x, y
-    ButtonUp,      ///< button, x, y
-    Wheel,         ///< y: 1 up, -1 down
-    KeyDown,       ///< key; `repeat` for auto-repeat
-    KeyUp,         ///< key
-    Text,          ///< text (UTF-8)
+    PointerMove,  ///< x, y
+    ButtonDown,   ///< button, x, y
+    ButtonUp,     ///< button, x, y
+    Wheel,        ///< y: 1 up, -1 down
+    KeyDown,      ///< key; `repeat` for auto-repeat
+    KeyUp,        ///< key
+    Text,         ///< text (UTF-8)
     Close,
     Minimised,
     Restored,

@@ -1,14 +1,14 @@
 #include "platform/display/png_file.h"
 
-#include <fcntl.h>
-#include <png.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iterator>
+
+#include <fcntl.h>
+#include <png.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace qv {
 
@@ -17,7 +17,8 @@ namespace {
 constexpr png_uint_32 LargestSide = 4096;
 
 bool failed(std::string* complaint, const std::filesystem::path& path, const std::string& why) {
-  if (complaint) *complaint = "The picture " + path.string() + " could not be written: " + why + ".";
+  if (complaint)
+    *complaint = "The picture " + path.string() + " could not be written: " + why + ".";
   return false;
 }
 
@@ -25,7 +26,8 @@ std::vector<uint8_t> rgbBytes(const std::vector<uint32_t>& pixels) {
   std::vector<uint8_t> bytes;
   bytes.reserve(pixels.size() * 3);
   for (const uint32_t pixel : pixels)
-    for (const int shift : {16, 8, 0}) bytes.push_back(static_cast<uint8_t>(pixel >> shift));
+    for (const int shift : {16, 8, 0})
+      bytes.push_back(static_cast<uint8_t>(pixel >> shift));
   return bytes;
 }
 

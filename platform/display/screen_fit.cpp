@@ -29,8 +29,7 @@ ScreenPoint ScreenFit::toGame(int outputX, int outputY) const {
 }
 
 ScreenPoint ScreenFit::toOutput(int gameX, int gameY) const {
-  return {toOutputAxis(gameX, x, width, ScreenWidth),
-          toOutputAxis(gameY, y, height, ScreenHeight)};
+  return {toOutputAxis(gameX, x, width, ScreenWidth), toOutputAxis(gameY, y, height, ScreenHeight)};
 }
 
 ScreenFit fitScreen(int outputWidth, int outputHeight, Scaling scaling) {

@@ -48,7 +48,8 @@ constexpr int KeypadDirections[] = {KeyInsert, KeyEnd,   KeyDown, KeyPageDown, K
 /// Letters and digits by their place, for layouts whose own keys there are neither.
 int virtualKeyOfPlace(SDL_Scancode place) {
   if (place >= SDL_SCANCODE_A && place <= SDL_SCANCODE_Z) return KeyA + (place - SDL_SCANCODE_A);
-  if (place >= SDL_SCANCODE_1 && place <= SDL_SCANCODE_9) return Key0 + 1 + (place - SDL_SCANCODE_1);
+  if (place >= SDL_SCANCODE_1 && place <= SDL_SCANCODE_9)
+    return Key0 + 1 + (place - SDL_SCANCODE_1);
   return place == SDL_SCANCODE_0 ? Key0 : 0;
 }
 
@@ -66,10 +67,17 @@ DisplayEvent buttonEvent(const SDL_MouseButtonEvent& button, const WindowGeometr
                                                       : DisplayEvent::Kind::ButtonUp,
                    geometry.toGame(button.x, button.y));
   switch (button.button) {
-    case SDL_BUTTON_LEFT: event.button = PointerButton::Left; return event;
-    case SDL_BUTTON_RIGHT: event.button = PointerButton::Right; return event;
-    case SDL_BUTTON_MIDDLE: event.button = PointerButton::Middle; return event;
-    default: return {};  // the side buttons mean nothing to a game of its time
+    case SDL_BUTTON_LEFT:
+      event.button = PointerButton::Left;
+      return event;
+    case SDL_BUTTON_RIGHT:
+      event.button = PointerButton::Right;
+      return event;
+    case SDL_BUTTON_MIDDLE:
+      event.button = PointerButton::Middle;
+      return event;
+    default:
+      return {};  // the side buttons mean nothing to a game of its time
   }
 }
 
@@ -127,17 +135,21 @@ DisplayEvent translateEvent(const SDL_Event& event, const WindowGeometry& geomet
       return pointerEvent(DisplayEvent::Kind::PointerMove,
                           geometry.toGame(event.motion.x, event.motion.y));
     case SDL_MOUSEBUTTONDOWN:
-    case SDL_MOUSEBUTTONUP: return buttonEvent(event.button, geometry);
-    case SDL_MOUSEWHEEL: return wheelEvent(event.wheel);
+    case SDL_MOUSEBUTTONUP:
+      return buttonEvent(event.button, geometry);
+    case SDL_MOUSEWHEEL:
+      return wheelEvent(event.wheel);
     case SDL_KEYDOWN:
-    case SDL_KEYUP: return keyEvent(event.key);
+    case SDL_KEYUP:
+      return keyEvent(event.key);
     case SDL_TEXTINPUT: {
       DisplayEvent typed;
       typed.kind = DisplayEvent::Kind::Text;
       typed.text = event.text.text;
       return typed;
     }
-    default: return {};
+    default:
+      return {};
   }
 }
 

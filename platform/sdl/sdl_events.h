@@ -2,7 +2,7 @@
 
 /// SDL's events as the display's. Pure functions of their arguments; any thread.
 
-#include <SDL.h>
+#include <SDL2/SDL.h>
 
 #include "platform/display/display.h"
 #include "platform/display/screen_fit.h"

@@ -1,11 +1,11 @@
 #define SDL_MAIN_HANDLED
-#include <SDL.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <deque>
 #include <utility>
+
+#include <SDL2/SDL.h>
 
 #include "platform/display/display.h"
 #include "platform/kernel/kernel.h"
@@ -92,8 +92,8 @@ bool WindowDisplay::open(const WindowOptions& options, std::string& whyNot) {
   window_ = SDL_CreateWindow(options.title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
                              ScreenWidth, ScreenHeight, flags);
   if (window_)
-    renderer_ = SDL_CreateRenderer(window_, -1,
-                                   isSet("SDL_RENDER_DRIVER") ? 0u : uint32_t{SDL_RENDERER_SOFTWARE});
+    renderer_ = SDL_CreateRenderer(
+        window_, -1, isSet("SDL_RENDER_DRIVER") ? 0u : uint32_t{SDL_RENDERER_SOFTWARE});
   if (renderer_)
     texture_ = SDL_CreateTexture(renderer_, SDL_PIXELFORMAT_RGB888, SDL_TEXTUREACCESS_STREAMING,
                                  ScreenWidth, ScreenHeight);
@@ -125,7 +125,8 @@ void WindowDisplay::measure() {
 
 void WindowDisplay::present(const Frame& frame) {
   if (frame.size() != static_cast<size_t>(ScreenWidth) * ScreenHeight) return;
-  SDL_UpdateTexture(texture_, nullptr, frame.data(), ScreenWidth * static_cast<int>(sizeof(uint32_t)));
+  SDL_UpdateTexture(texture_, nullptr, frame.data(),
+                    ScreenWidth * static_cast<int>(sizeof(uint32_t)));
   shownOnce_ = true;
   if (!minimised_) show();
 }
@@ -158,9 +159,15 @@ void WindowDisplay::emit(DisplayEvent::Kind kind) {
 
 void WindowDisplay::handleWindow(const SDL_WindowEvent& event) {
   switch (event.event) {
-    case SDL_WINDOWEVENT_CLOSE: emit(DisplayEvent::Kind::Close); break;
-    case SDL_WINDOWEVENT_FOCUS_GAINED: emit(DisplayEvent::Kind::FocusGained); break;
-    case SDL_WINDOWEVENT_FOCUS_LOST: emit(DisplayEvent::Kind::FocusLost); break;
+    case SDL_WINDOWEVENT_CLOSE:
+      emit(DisplayEvent::Kind::Close);
+      break;
+    case SDL_WINDOWEVENT_FOCUS_GAINED:
+      emit(DisplayEvent::Kind::FocusGained);
+      break;
+    case SDL_WINDOWEVENT_FOCUS_LOST:
+      emit(DisplayEvent::Kind::FocusLost);
+      break;
     case SDL_WINDOWEVENT_EXPOSED:
     case SDL_WINDOWEVENT_SIZE_CHANGED:
       if (!minimised_) show();
@@ -175,7 +182,8 @@ void WindowDisplay::handleWindow(const SDL_WindowEvent& event) {
         show();
       }
       break;
-    default: break;
+    default:
+      break;
   }
 }
 
@@ -199,21 +207,30 @@ void WindowDisplay::handleFinger(const SDL_TouchFingerEvent& finger) {
   ready_.push_back(event);
   if (finger.type == SDL_FINGERMOTION) return;
   if (finger.type == SDL_FINGERUP) fingerDown_ = false;
-  event.kind = finger.type == SDL_FINGERDOWN ? DisplayEvent::Kind::ButtonDown
-                                             : DisplayEvent::Kind::ButtonUp;
+  event.kind =
+      finger.type == SDL_FINGERDOWN ? DisplayEvent::Kind::ButtonDown : DisplayEvent::Kind::ButtonUp;
   ready_.push_back(event);
 }
 
 void WindowDisplay::handle(const SDL_Event& event) {
   switch (event.type) {
-    case SDL_WINDOWEVENT: handleWindow(event.window); return;
-    case SDL_QUIT: emit(DisplayEvent::Kind::Close); return;
+    case SDL_WINDOWEVENT:
+      handleWindow(event.window);
+      return;
+    case SDL_QUIT:
+      emit(DisplayEvent::Kind::Close);
+      return;
     case SDL_FINGERDOWN:
     case SDL_FINGERUP:
-    case SDL_FINGERMOTION: handleFinger(event.tfinger); return;
+    case SDL_FINGERMOTION:
+      handleFinger(event.tfinger);
+      return;
     case SDL_RENDER_TARGETS_RESET:
-    case SDL_RENDER_DEVICE_RESET: show(); return;
-    default: break;
+    case SDL_RENDER_DEVICE_RESET:
+      show();
+      return;
+    default:
+      break;
   }
   DisplayEvent translated = translateEvent(event, geometry_);
   if (translated.kind != DisplayEvent::Kind::None) ready_.push_back(std::move(translated));

@@ -1,13 +1,13 @@
 #include "platform/text/text_renderer.h"
 
-#include <ft2build.h>
-
 #include <algorithm>
 #include <array>
 #include <mutex>
 #include <optional>
 #include <unordered_map>
 #include <vector>
+
+#include <ft2build.h>
 
 #include FT_FREETYPE_H
 
@@ -20,8 +20,8 @@ namespace qv {
 namespace {
 
 constexpr int FaceCount = 4;
-constexpr int LargestHeight = 512;            // cells above this are drawn at this height
-constexpr size_t CachedBytes = 4u << 20;      // the cache is emptied when its bitmaps pass this
+constexpr int LargestHeight = 512;        // cells above this are drawn at this height
+constexpr size_t CachedBytes = 4u << 20;  // the cache is emptied when its bitmaps pass this
 
 /// One character of one face and height: a bitmap of one bit a pixel, and its place in the cell.
 struct Glyph {
@@ -40,7 +40,9 @@ struct Face {
   int baseline = 0;  ///< rows above the base line at that height
 };
 
-bool isFixed(FontFace face) { return face == FontFace::Gothic || face == FontFace::Mincho; }
+bool isFixed(FontFace face) {
+  return face == FontFace::Gothic || face == FontFace::Mincho;
+}
 
 /// The bytes of the character at `at` as one number: lead * 256 + trail, or the byte.
 uint16_t codeAt(std::string_view run, size_t at, size_t bytes) {
@@ -162,9 +164,8 @@ Glyph TextRenderer::Body::rendered(const TextStyle& style, uint16_t code, bool w
     return hollowBox(cellAdvance, style.heightPixels);
   const FT_GlyphSlot slot = face->glyph;
   Glyph glyph;
-  glyph.advance = isFixed(style.face)
-                      ? cellAdvance
-                      : std::max(0, static_cast<int>((slot->advance.x + 32) >> 6));
+  glyph.advance = isFixed(style.face) ? cellAdvance
+                                      : std::max(0, static_cast<int>((slot->advance.x + 32) >> 6));
   glyph.left = slot->bitmap_left;
   glyph.top = searched(style.face).baseline - slot->bitmap_top;
   glyph.width = static_cast<int>(slot->bitmap.width);
@@ -174,7 +175,8 @@ Glyph TextRenderer::Body::rendered(const TextStyle& style, uint16_t code, bool w
   if (slot->bitmap.pixel_mode == FT_PIXEL_MODE_MONO)
     for (int y = 0; y < glyph.height; ++y)
       std::copy_n(slot->bitmap.buffer + static_cast<ptrdiff_t>(y) * slot->bitmap.pitch,
-                  glyph.strideBytes, glyph.bits.data() + static_cast<ptrdiff_t>(y) * glyph.strideBytes);
+                  glyph.strideBytes,
+                  glyph.bits.data() + static_cast<ptrdiff_t>(y) * glyph.strideBytes);
   return glyph;
 }
 
@@ -261,8 +263,7 @@ int TextRenderer::draw(const TextTarget& target, int x, int y, const TextStyle& 
   int width = 0;
   for (size_t at = 0, bytes; (bytes = characterBytes(run, at)) != 0; at += bytes) {
     const Glyph& glyph = body_->glyph(style, codeAt(run, at, bytes), bytes == 2);
-    if (target.pixels)
-      drawGlyph(target, int64_t{x} + width, y, glyph, colour & 0xFFFFFF);
+    if (target.pixels) drawGlyph(target, int64_t{x} + width, y, glyph, colour & 0xFFFFFF);
     width += glyph.advance;
   }
   return width;
