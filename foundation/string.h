@@ -5,7 +5,7 @@
 /// between threads (the count is atomic); text and cursor belong to one thread at a time, and a
 /// writer of a shared body copies first.
 
-#include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -38,7 +38,8 @@ class QVString {
 
   /// Block: 4 bytes length with the terminating zero, then the bytes. A closed file is passed over.
   void save(QVFile& file) const;
-  /// Reads such a block. A length that the file cannot hold gives the text that is there.
+  /// Reads such a block. A length that the file cannot hold gives the text that is there; where
+  /// not even a length is left, the text stays as it was. The text ends at its first zero.
   void load(QVFile& file);
 
   const char* text() const;
@@ -53,8 +54,8 @@ class QVString {
   int32_t cursorIndex() const;         ///< bytes from the start
   void setCursorIndex(int32_t index);  ///< clamped to the text
 
-  int next();             ///< 1 unless the cursor now stands on the end
-  int prev();             ///< 1 unless the cursor is at the start
+  int next();               ///< 1 unless the cursor now stands on the end
+  int prev();               ///< 1 unless the cursor is at the start
   uint16_t charAt() const;  ///< 8 or 16 bits (lead * 256 + trail); 0 on the end
   /// Moves by characters; gives the character there. A refused seek gives 0 and moves nothing.
   uint16_t seek(int32_t offset, Origin origin);
@@ -77,7 +78,12 @@ class QVString {
 
  private:
   class Body;
-  Body* rep_;
+  void take(Body* body);  ///< drops the old body; the cursor goes to the start
+  const char* createView(int32_t grain, std::string_view text, const char* failureTitle);
+  void appendPadded(size_t spaces, std::string_view text);
+  const char* cursorOn(size_t place);  ///< npos: on the end, and null
+
+  Body* rep_;  ///< never null
   const char* cursor_;
 };
 

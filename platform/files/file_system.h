@@ -22,6 +22,7 @@ enum FileError : uint32_t {
   FileOk = 0,
   FileNotFound = 2,
   FilePathNotFound = 3,
+  FileTooManyOpen = 4,
   FileAccessDenied = 5,
   FileInvalidHandle = 6,
   FileNotReady = 21,
@@ -29,9 +30,13 @@ enum FileError : uint32_t {
   FileSharing = 32,
   FileLocked = 33,
   FileHandleEof = 38,
+  FileBadNetworkPath = 53,
+  FileBadNetworkName = 67,
   FileExists = 80,
+  FileInvalidParameter = 87,
   FileDiskFull = 112,
   FileInvalidName = 123,
+  FileNoNetworkAccess = 2118,
 };
 
 inline constexpr uint32_t CreateNew = 1, CreateAlways = 2, OpenExisting = 3, OpenAlways = 4,
@@ -72,8 +77,8 @@ class FileSystem {
     Handle handle = NoHandle;
     uint32_t error = FileOk;
   };
-  /// A file opened with CreateAlways (or CreateNew, TruncateExisting) is written beside its name
-  /// and takes it in `commit`; until then readers see the old one.
+  /// Every change is written beside the file's name and takes it in `commit`; until then readers
+  /// see the old file. A file opened without being made afresh is copied at the first write.
   Opened open(std::string_view path, uint32_t disposition, uint32_t access, uint32_t share,
               uint32_t attributes);
   void setDurability(Handle handle, Durability durability);
@@ -89,14 +94,17 @@ class FileSystem {
   int64_t size(Handle handle);
   /// UTC in milliseconds since 1970 on the kernel's clock; nothing on a bad handle.
   std::optional<int64_t> time(Handle handle, FileTime which);
-  /// Closes. A file written afresh takes its name if every write went well; otherwise it is
-  /// discarded and the error says why. Gives FileOk for files that were only read.
+  /// Gives a written file its name and closes; FileOk for files that were only read. On an error
+  /// the file stays open, so that the call can be tried again or `discard` give up. A write that
+  /// failed and was not made good by the same write again is such an error.
   uint32_t commit(Handle handle);
-  /// Closes; a file written afresh vanishes.
+  /// Closes; what was written vanishes.
   void discard(Handle handle);
 
   /// Nothing when there is no such file (`lastError` of the call in `error`).
   std::optional<uint32_t> attributes(std::string_view path, uint32_t* error = nullptr);
+  /// Removes from the player's folder; a file of the game shows again. What only the game or the
+  /// disc has is refused (5), as are folders and files that are read-only.
   uint32_t remove(std::string_view path);
   /// Entries of a folder of both layers, each name once, sorted by byte order.
   std::vector<FileEntry> list(std::string_view folder);

@@ -32,7 +32,10 @@ constexpr size_t characterBytes(std::string_view text, size_t at) {
 /// Unicode of one character (one byte, or lead * 256 + trail); 0 where the table has none.
 /// F040..F9FC are the external characters U+E000..U+E757.
 char32_t unicodeOfShiftJis(uint16_t code);
-/// The reverse; 0 for what Shift-JIS cannot say (and for U+0000).
+/// The reverse; 0 for what Shift-JIS cannot say (and for U+0000). Of several codes of one character
+/// it gives the one that the classic platform chose. Neighbouring code points of the same sign
+/// (wave dash, minus, double bar, long dash, cent, pound, yen, not, broken bar, overline) are
+/// taken as its full-width form; bytes 5C and 7E are backslash and tilde.
 uint16_t shiftJisOfUnicode(char32_t character);
 
 /// UTF-8 of a text; bytes that are no character become U+FFFD.
@@ -40,11 +43,15 @@ std::string utf8OfShiftJis(std::string_view text);
 
 struct ShiftJisResult {
   bool ok = false;
-  std::string text;    ///< the bytes when ok
-  size_t badAt = 0;    ///< byte offset of the first character that cannot be said
-  char32_t bad = 0;    ///< that character, or U+FFFD for malformed UTF-8
+  std::string text;  ///< the bytes when ok
+  size_t badAt = 0;  ///< byte offset of the first character that cannot be said
+  char32_t bad = 0;  ///< that character, or U+FFFD for malformed UTF-8
 };
-/// Shift-JIS of a UTF-8 text.
+/// Shift-JIS of a UTF-8 text. A zero byte cannot be said: texts of the engine end at it.
 ShiftJisResult shiftJisOfUtf8(std::string_view utf8);
+
+/// A text of our own sources in Shift-JIS; asserts that it can be said. It converts at each call:
+/// bind it once, `static const std::string caption = sjis("...");`.
+std::string sjis(std::string_view utf8);
 
 }  // namespace qv
