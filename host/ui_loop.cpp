@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/expectations.h"
+#include "platform/display/key_codes.h"
 #include "platform/display/png_file.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/messages.h"
@@ -30,7 +31,8 @@ UiLoop::UiLoop(GameHost& host, Display& display, BoxDesk& boxes, Recorder& recor
 }
 
 void UiLoop::play(std::vector<ScriptLine> lines, const std::string& fileName) {
-  script_.emplace(std::move(lines), fileName, *this);
+  ScriptStage& stage = *this;
+  script_.emplace(std::move(lines), fileName, stage);
 }
 
 const std::string& UiLoop::failure() const {
