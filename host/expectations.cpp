@@ -58,7 +58,7 @@ std::string compareStrReg(const Looker& look) {
     return "there are only " + std::to_string(strings.count()) + " string registers";
   const std::string is = utf8OfShiftJis(strings.item(number).view());
   if (is == look.line.text) return {};
-  return different("string register " + std::to_string(number) + " is", quoted(is));
+  return different("string register " + std::to_string(number) + " is", quotedText(is));
 }
 
 std::string compareWindow(const Looker& look, bool shown) {

@@ -27,12 +27,10 @@ void InputDesk::handle(const DisplayEvent& event) {
 }
 
 bool InputDesk::offer(const DisplayEvent& event) {
-  if (event.kind == DisplayEvent::Kind::PointerMove) {
-    pointerX_ = event.x;
-    pointerY_ = event.y;
-  }
-  if (boxes_.handle(event)) return true;
-  return offerToWait(event);
+  std::optional<BoxAnswer> answered;
+  const bool forBox = boxes_.handle(event, &answered);
+  if (answered) recorder_.answered(*answered);
+  return forBox || offerToWait(event);
 }
 
 bool InputDesk::offerToWait(const DisplayEvent& event) {

@@ -39,7 +39,6 @@ class InputDesk {
   GameHost& host_;
   BoxDesk& boxes_;
   Recorder& recorder_;
-  int pointerX_ = 0, pointerY_ = 0;
   std::optional<HeldPress> held_;  ///< the newest alone
 };
 

@@ -71,7 +71,7 @@ class Words {
   }
 
   /// "text", with \" \\ and \n inside.
-  bool quotedText(std::string& target) {
+  bool readQuoted(std::string& target) {
     if (rest_.empty() || rest_.front() != '"') return fail("here belongs a text in double quotes");
     target.clear();
     for (size_t i = 1; i < rest_.size(); ++i) {
@@ -129,7 +129,7 @@ bool parseKey(Words& words, ScriptLine& line) {
 }
 
 bool parseType(Words& words, ScriptLine& line) {
-  return words.quotedText(line.text);
+  return words.readQuoted(line.text);
 }
 
 bool parseSleep(Words& words, ScriptLine& line) {
@@ -164,7 +164,7 @@ bool expectRegister(Words& words, ScriptLine& line) {
   return words.number(line.registerNumber, "a register's number") && expectValue(words, line);
 }
 bool expectString(Words& words, ScriptLine& line) {
-  return words.number(line.registerNumber, "a register's number") && words.quotedText(line.text);
+  return words.number(line.registerNumber, "a register's number") && words.readQuoted(line.text);
 }
 bool expectPixel(Words& words, ScriptLine& line) {
   return onScreen(words, line) && words.number(line.value, "a colour as RRGGBB", 16);
@@ -310,7 +310,7 @@ std::string nameOfKey(int key) {
   return {};
 }
 
-std::string quoted(std::string_view utf8) {
+std::string quotedText(std::string_view utf8) {
   std::string result = "\"";
   for (const char c : utf8) {
     if (c == '"' || c == '\\') result += '\\';

@@ -64,6 +64,6 @@ std::optional<int> keyOfName(std::string_view name);
 std::string nameOfKey(int key);
 
 /// A text as scripts write it, quoted.
-std::string quoted(std::string_view utf8);
+std::string quotedText(std::string_view utf8);
 
 }  // namespace qv

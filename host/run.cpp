@@ -150,6 +150,7 @@ int Run::play() {
   SettingsStore settings(player / "settings.toml");
   if (!settings.complaint().empty()) complain(StatusGood, settings.complaint());
   BoxDesk boxes(text_);
+  if (options_.headless && options_.play.empty()) boxes.setUnattended();
   const ServicesScope services({.files = &files,
                                 .settings = &settings,
                                 .dialogs = &boxes,

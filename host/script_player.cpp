@@ -97,8 +97,10 @@ void ScriptPlayer::step() {
 }
 
 ScriptPlayer::Outcome ScriptPlayer::act(const ScriptLine& line) {
-  // Closing is the one thing that a game which has ended by itself still allows.
+  // Closing is the one thing that a game which has ended by itself still allows; what stands open
+  // then is answered by it.
   const bool closes = line.verb == Verb::Quit || line.verb == Verb::Close;
+  if (closes) ended_ = true;
   if (stage_.gameEnded() && !closes) return fail(line, "the game has ended before this line");
   if (line.now) {
     deliverNow(line);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/expectations.h"
+#include "platform/display/key_codes.h"
 #include "platform/display/png_file.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/messages.h"
@@ -30,7 +31,8 @@ UiLoop::UiLoop(GameHost& host, Display& display, BoxDesk& boxes, Recorder& recor
 }
 
 void UiLoop::play(std::vector<ScriptLine> lines, const std::string& fileName) {
-  script_.emplace(std::move(lines), fileName, *this);
+  ScriptStage& stage = *this;
+  script_.emplace(std::move(lines), fileName, stage);
 }
 
 const std::string& UiLoop::failure() const {
@@ -40,6 +42,7 @@ const std::string& UiLoop::failure() const {
 
 void UiLoop::run() {
   host_.uiThread.adoptCurrent();
+  boxes_.setUiThread(Thread::currentId());
   while (!scenarioEnded_ && !overdue()) {
     serveQueue();
     stepScript();
@@ -66,9 +69,9 @@ void UiLoop::serve(MessageQueue::Received& received) {
   const Message& message = received.message;
   switch (message.id) {
     case MessageCreateWindow: {
-      // The record lies on the caller's stack, who waits; its host field comes first.
-      auto* request = reinterpret_cast<CreateWindowRequest*>(message.first);
-      request->result = host_.windows.create(*request);
+      // The record lies on the stack of the scenario thread, which waits for the event.
+      CreateWindowRequest& request = requestOfResult(message.first);
+      request.result = host_.windows.create(request);
       host_.windowRequestEvent.set();
       break;
     }
@@ -168,6 +171,8 @@ void UiLoop::compose() {
 
 void UiLoop::paint() {
   if (boxes_.takeChanged()) dirty_ = true;
+  // A box is task modal: while another thread's is up, the story stands where it next needs us.
+  host_.pauseFlag = !aborting_ && boxes_.holdsOther(scenarioThreadId_) ? 1 : 0;
   if (!dirty_) return;
   dirty_ = false;
   compose();

@@ -4,6 +4,7 @@
 /// drives the play script, and paints. It runs on the program's main thread from before the
 /// scenario thread starts until that thread has ended. It never takes the manager's lock.
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -36,6 +37,8 @@ class UiLoop : private ScriptStage {
   /// closing.
   void run();
 
+  /// The scenario thread's number, so that a box can be told to hold the story. Any thread.
+  void setScenarioThread(uint32_t id) { scenarioThreadId_ = id; }
   bool scenarioEnded() const { return scenarioEnded_; }
   /// Why the script failed the run; empty when it did not.
   const std::string& failure() const;
@@ -82,11 +85,7 @@ class UiLoop : private ScriptStage {
   bool failureSeen_ = false;
   bool aborting_ = false;
   uint32_t abortTick_ = 0;
-  uint32_t scenarioThreadId_ = 0;
-
- public:
-  /// The scenario thread's number, so that a box can be told to hold the story.
-  void setScenarioThread(uint32_t id) { scenarioThreadId_ = id; }
+  std::atomic<uint32_t> scenarioThreadId_ = 0;
 };
 
 }  // namespace qv

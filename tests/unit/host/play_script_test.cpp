@@ -123,7 +123,7 @@ TEST(PlayScript, SaysWhatIsWrongWithALine) {
 
 TEST(PlayScript, AQuotedTextReadsBackAsItWas) {
   for (const std::string text : {"", "plain", "a\"b", "\\", "line\nline", "日本語 \"x\""})
-    EXPECT_EQ(only("type " + quoted(text)).text, text);
+    EXPECT_EQ(only("type " + quotedText(text)).text, text);
 }
 
 }  // namespace
