@@ -53,6 +53,10 @@ class QVFile {
   static int existsName(const char* name);  ///< the same without a notice
 
  private:
+  void openPath(const char* path, uint32_t disposition, uint32_t access, uint32_t share,
+                uint32_t attributes);
+  void forget();
+
   int handle_ = FileSystem::NoHandle;
   QVString name_;
   int64_t time_ = 0;

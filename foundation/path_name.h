@@ -20,13 +20,13 @@ class QVPathName {
 
   virtual void setRelative(const char* name);  ///< current directory plus the name
   virtual void set(const QVString& name);
-  virtual void set(const char* name);          ///< null: the current directory
+  virtual void set(const char* name);  ///< null: the current directory
   virtual void setSpecial(int32_t code);
   virtual void setCurrent();
 
-  bool lacksFinalBackslash();                  ///< leaves the cursor at the start
+  bool lacksFinalBackslash();  ///< leaves the cursor at the start
   void changeExtension(const char* extension);
-  void fileName(QVString& target) const;       ///< what stands behind the last backslash
+  void fileName(QVString& target) const;  ///< what stands behind the last backslash
   const char* text() const { return path_.text(); }
   const QVString& path() const { return path_; }
 

@@ -9,7 +9,7 @@
 
 namespace qv {
 
-inline constexpr uint32_t CurrentUser = 0x80000001;   ///< the hive
+inline constexpr uint32_t CurrentUser = 0x80000001;  ///< the hive
 inline constexpr uint32_t KeyLasting = 0, KeyVolatile = 1;
 inline constexpr uint32_t ValueText = 1, ValueBinary = 3, ValueNumber = 4;
 

@@ -12,7 +12,9 @@ constexpr size_t MaxPathBytes = 259;     // the classic platform's limit without
 constexpr size_t MaxElementBytes = 255;  // of UTF-8: what the machine's file systems take
 constexpr std::string_view Replacement = "\xEF\xBF\xBD";
 
-constexpr bool isSeparator(char byte) { return byte == '\\' || byte == '/'; }
+constexpr bool isSeparator(char byte) {
+  return byte == '\\' || byte == '/';
+}
 constexpr bool isLetter(char byte) {
   return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
 }
@@ -82,7 +84,9 @@ char32_t lowered(char32_t character) {
   return character;
 }
 
-bool isContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+bool isContinuation(unsigned char byte) {
+  return (byte & 0xC0) == 0x80;
+}
 
 }  // namespace
 
@@ -112,7 +116,8 @@ ClassicPath parseClassicPath(std::string_view text, const ClassicPath& current) 
 std::string utf8OfClassicPath(const ClassicPath& path) {
   std::string text{path.drive, ':'};
   if (path.elements.empty()) text += '\\';
-  for (const std::string& element : path.elements) text += '\\' + element;
+  for (const std::string& element : path.elements)
+    text += '\\' + element;
   return text;
 }
 
@@ -125,7 +130,8 @@ std::string foldedName(std::string_view utf8) {
       return at + offset < utf8.size() ? static_cast<unsigned char>(utf8[at + offset]) : 0u;
     };
     const unsigned lead = byte(0);
-    const auto next = static_cast<unsigned char>(byte(1)), third = static_cast<unsigned char>(byte(2));
+    const auto next = static_cast<unsigned char>(byte(1)),
+               third = static_cast<unsigned char>(byte(2));
     if (lead >= 0xC2 && lead < 0xE0 && isContinuation(next)) {
       const char32_t low = lowered((lead & 0x1F) << 6 | (next & 0x3F));
       folded += static_cast<char>(0xC0 | low >> 6);

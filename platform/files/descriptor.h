@@ -2,9 +2,9 @@
 
 /// A file descriptor of the machine as a value: closed with its owner. One thread at a time.
 
-#include <unistd.h>
-
 #include <utility>
+
+#include <unistd.h>
 
 namespace qv {
 

@@ -20,9 +20,9 @@ constexpr Pair Pairs[] = {
     {EPERM, FileAccessDenied},
     {EROFS, FileAccessDenied},
     {EISDIR, FileAccessDenied},
-    {ENXIO, FileAccessDenied},   // a pipe or socket that somebody put there
-    {EXDEV, FileAccessDenied},   // a link that leads out of the root
-    {ELOOP, FileAccessDenied},   // links in a circle
+    {ENXIO, FileAccessDenied},  // a pipe or socket that somebody put there
+    {EXDEV, FileAccessDenied},  // a link that leads out of the root
+    {ELOOP, FileAccessDenied},  // links in a circle
     {ETXTBSY, FileSharing},
     {EBUSY, FileSharing},
     {EMFILE, FileTooManyOpen},

@@ -1,8 +1,5 @@
 #include "platform/files/file_system.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -10,6 +7,9 @@
 #include <map>
 #include <mutex>
 #include <set>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 #include "platform/files/classic_path.h"
 #include "platform/files/file_errors.h"
@@ -26,7 +26,9 @@ namespace {
 constexpr size_t MaxOpenFiles = 255;
 constexpr unsigned ReadOnlyMode = 0444, FileMode = 0644, FolderMode = 0755;
 
-bool isReadOnly(const struct stat& status) { return (status.st_mode & 0222) == 0; }
+bool isReadOnly(const struct stat& status) {
+  return (status.st_mode & 0222) == 0;
+}
 
 /// A path as the layers see it.
 struct Located {
@@ -40,10 +42,8 @@ struct Disposition {
   bool mayExist, mayBeMissing, fresh;
 };
 constexpr Disposition Dispositions[] = {
-    {CreateNew, false, true, true},
-    {CreateAlways, true, true, true},
-    {OpenExisting, true, false, false},
-    {OpenAlways, true, true, false},
+    {CreateNew, false, true, true},        {CreateAlways, true, true, true},
+    {OpenExisting, true, false, false},    {OpenAlways, true, true, false},
     {TruncateExisting, true, false, true},
 };
 
@@ -60,7 +60,8 @@ struct FileSystem::Body {
   explicit Body(FileRoots given)
       : roots(std::move(given)), game(roots.game), player(roots.player), disc(roots.disc) {}
   ~Body() {
-    for (auto& slot : slots) delete slot.load();
+    for (auto& slot : slots)
+      delete slot.load();
   }
 
   ClassicPath parse(std::string_view path);
@@ -175,8 +176,8 @@ uint32_t FileSystem::Body::ensureFolder(const std::vector<std::string>& elements
       if (mkdirat(parent.get(), spelling->c_str(), FolderMode) != 0 && errno != EEXIST) {
         return fileErrorOfErrno(errno);
       }
-      own.relative = own.relative == "." ? spelling->string()
-                                         : own.relative + "/" + spelling->string();
+      own.relative =
+          own.relative == "." ? spelling->string() : own.relative + "/" + spelling->string();
     }
   } else if (!own.ok()) {
     return fileErrorOfErrno(own.error);
@@ -281,7 +282,9 @@ uint32_t FileSystem::commit(Handle handle) {
   return error;
 }
 
-void FileSystem::discard(Handle handle) { body_->close(handle); }
+void FileSystem::discard(Handle handle) {
+  body_->close(handle);
+}
 
 std::optional<uint32_t> FileSystem::attributes(std::string_view path, uint32_t* error) {
   const Located located = body_->locate(body_->parse(path));
@@ -325,7 +328,8 @@ std::vector<FileEntry> FileSystem::list(std::string_view folder) {
     }
   }
   std::vector<FileEntry> entries;
-  for (auto& [folded, entry] : byFoldedName) entries.push_back(std::move(entry));
+  for (auto& [folded, entry] : byFoldedName)
+    entries.push_back(std::move(entry));
   std::sort(entries.begin(), entries.end(),
             [](const FileEntry& a, const FileEntry& b) { return a.name < b.name; });
   return entries;
@@ -374,6 +378,8 @@ std::optional<std::filesystem::path> FileSystem::hostPath(std::string_view path)
   return (located.layer->path() / located.found.relative).lexically_normal();
 }
 
-const FileRoots& FileSystem::roots() const { return body_->roots; }
+const FileRoots& FileSystem::roots() const {
+  return body_->roots;
+}
 
 }  // namespace qv

@@ -40,7 +40,7 @@ enum FileError : uint32_t {
 };
 
 inline constexpr uint32_t CreateNew = 1, CreateAlways = 2, OpenExisting = 3, OpenAlways = 4,
-                          TruncateExisting = 5;                               // dispositions
+                          TruncateExisting = 5;                                 // dispositions
 inline constexpr uint32_t GenericRead = 0x80000000, GenericWrite = 0x40000000;  // access
 inline constexpr uint32_t ShareRead = 1, ShareWrite = 2;
 inline constexpr uint32_t AttributeReadOnly = 1, AttributeDirectory = 16, AttributeNormal = 128;
@@ -109,9 +109,9 @@ class FileSystem {
   /// Entries of a folder of both layers, each name once, sorted by byte order.
   std::vector<FileEntry> list(std::string_view folder);
 
-  uint32_t logicalDrives() const;             ///< bit 0 is A
+  uint32_t logicalDrives() const;                   ///< bit 0 is A
   uint32_t driveType(std::string_view root) const;  ///< "D:\\"
-  std::string currentDirectory() const;       ///< "C:\\" at first, with a final backslash
+  std::string currentDirectory() const;             ///< "C:\\" at first, with a final backslash
   bool setCurrentDirectory(std::string_view path);
 
   /// The machine's path of an existing file, for what must be handed to a library.

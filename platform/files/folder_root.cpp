@@ -1,12 +1,12 @@
 #include "platform/files/folder_root.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <memory>
 #include <system_error>
+
+#include <dirent.h>
+#include <fcntl.h>
 
 #include "platform/files/classic_path.h"
 #include "platform/files/system_calls.h"
@@ -22,7 +22,9 @@ int statusBeneath(int root, const std::string& relative, struct stat& status) {
   return 0;
 }
 
-bool isMissing(int error) { return error == ENOENT || error == ENOTDIR; }
+bool isMissing(int error) {
+  return error == ENOENT || error == ENOTDIR;
+}
 
 std::string joined(const std::string& folder, const std::string& name) {
   return folder == "." ? name : folder + "/" + name;
@@ -83,7 +85,8 @@ FolderRoot::Found FolderRoot::find(std::span<const std::string> elements) const 
   }
   // Nearly every name is spelled as the file is: one look at the whole path.
   std::string exact = ".";
-  for (const std::string& element : elements) exact = joined(exact, element);
+  for (const std::string& element : elements)
+    exact = joined(exact, element);
   found.error = statusBeneath(root.get(), exact, found.status);
   if (!isMissing(found.error)) {
     if (found.ok()) found.depth = elements.size();

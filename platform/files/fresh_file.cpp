@@ -1,13 +1,13 @@
 #include "platform/files/fresh_file.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 
 #include "platform/files/classic_path.h"
 #include "platform/files/folder_root.h"
@@ -176,8 +176,8 @@ void FreshFile::removeLeftovers(int folder) {
   }
 }
 
-int replaceFile(const char* folder, const std::string& name, const std::string& bytes,
-                bool flushed, std::optional<int64_t> modifiedMillis) {
+int replaceFile(const char* folder, const std::string& name, const std::string& bytes, bool flushed,
+                std::optional<int64_t> modifiedMillis) {
   Descriptor opened(::open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!opened) return errno;
   FreshFile::removeLeftovers(opened.get());

@@ -54,7 +54,7 @@ class FreshFile {
 };
 
 /// Replaces a file by these bytes, whole or not at all; 0 or errno.
-int replaceFile(const char* folder, const std::string& name, const std::string& bytes,
-                bool flushed, std::optional<int64_t> modifiedMillis);
+int replaceFile(const char* folder, const std::string& name, const std::string& bytes, bool flushed,
+                std::optional<int64_t> modifiedMillis);
 
 }  // namespace qv

@@ -1,11 +1,11 @@
 #include "platform/files/open_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 #include "platform/files/file_errors.h"
 #include "platform/files/system_calls.h"
@@ -93,10 +93,16 @@ FileSystem::Transferred OpenFile::write(const void* buffer, size_t size) {
 int64_t OpenFile::seek(int64_t offset, SeekFrom from) {
   int64_t base = 0;
   switch (from) {
-    case SeekFrom::Start: break;
-    case SeekFrom::Current: base = position_; break;
-    case SeekFrom::End: base = size(); break;
-    default: return -1;
+    case SeekFrom::Start:
+      break;
+    case SeekFrom::Current:
+      base = position_;
+      break;
+    case SeekFrom::End:
+      base = size();
+      break;
+    default:
+      return -1;
   }
   if (base < 0 || offset < -base || offset > MaxPosition - base) return -1;
   position_ = base + offset;
@@ -119,8 +125,10 @@ std::optional<int64_t> OpenFile::time(FileTime which) const {
   // In simulated time only the time of writing is the simulation's; the machine sets the others.
   if (kernel.simulated()) which = FileTime::Write;
   switch (which) {
-    case FileTime::Write: return millisOf(status.stx_mtime);
-    case FileTime::Access: return millisOf(status.stx_atime);
+    case FileTime::Write:
+      return millisOf(status.stx_mtime);
+    case FileTime::Access:
+      return millisOf(status.stx_atime);
     case FileTime::Creation:
       return millisOf((status.stx_mask & STATX_BTIME) != 0 ? status.stx_btime : status.stx_mtime);
   }

@@ -1,16 +1,16 @@
 #include "platform/files/system_calls.h"
 
-#include <fcntl.h>
-#include <linux/openat2.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
+
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "platform/files/descriptor.h"
 
@@ -55,8 +55,7 @@ int openCanonical(int folder, const char* relative, int flags) {
 }
 
 int machineOpenBeneath(int folder, const char* relative, int flags) {
-  const int opened =
-      openResolved(folder, relative, flags, RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS);
+  const int opened = openResolved(folder, relative, flags, RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS);
   // Some containers answer unknown calls with EPERM.
   if (opened >= 0 || (errno != EXDEV && errno != ENOSYS && errno != EPERM)) return opened;
   return openCanonical(folder, relative, flags);
@@ -86,7 +85,9 @@ int machineSync(int file) {
 int machineRenameIn(int folder, const char* from, const char* to) {
   return renameat(folder, from, folder, to);
 }
-int machineRemoveIn(int folder, const char* name) { return unlinkat(folder, name, 0); }
+int machineRemoveIn(int folder, const char* name) {
+  return unlinkat(folder, name, 0);
+}
 
 constexpr FileCalls Machine{machineOpenBeneath, machineCreateIn, machineReadAt,  machineWriteAt,
                             machineSync,        machineRenameIn, machineRemoveIn};
@@ -94,7 +95,11 @@ FileCalls inUse = Machine;
 
 }  // namespace
 
-FileCalls& fileCalls() { return inUse; }
-const FileCalls& machineFileCalls() { return Machine; }
+FileCalls& fileCalls() {
+  return inUse;
+}
+const FileCalls& machineFileCalls() {
+  return Machine;
+}
 
 }  // namespace qv

@@ -5,9 +5,9 @@
 /// them fail where the machine itself would not (root is refused nothing). A test that changes the
 /// table does so while no other thread touches files.
 
-#include <sys/types.h>
-
 #include <cstddef>
+
+#include <sys/types.h>
 
 namespace qv {
 

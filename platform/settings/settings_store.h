@@ -18,7 +18,7 @@
 namespace qv {
 
 struct SettingValue {
-  uint32_t type = 1;         ///< 1 text (Shift-JIS with its zero), 3 binary, 4 number
+  uint32_t type = 1;  ///< 1 text (Shift-JIS with its zero), 3 binary, 4 number
   std::vector<uint8_t> data;
   bool operator==(const SettingValue&) const = default;
 };
@@ -28,6 +28,8 @@ class SettingsStore {
   /// `file` empty: nothing lasts.
   explicit SettingsStore(std::filesystem::path file);
 
+  /// Key paths and names are compared without regard to the case of ASCII letters. A value set in
+  /// this run only goes before a lasting one.
   std::optional<SettingValue> get(std::string_view key, std::string_view name) const;
   /// Writes the file at once for a lasting key: whole or not at all. False when that failed; the
   /// value then holds for this run only.
@@ -36,11 +38,14 @@ class SettingsStore {
   const std::string& complaint() const { return complaint_; }
 
   using Table = std::map<std::string, std::map<std::string, SettingValue>>;
+  static constexpr size_t MaxFileBytes = 1024 * 1024;
   /// The file's form. `parse` gives nothing and a sentence with the line for a text that is none.
   static std::optional<Table> parse(std::string_view text, std::string& complaint);
   static std::string format(const Table& table);
 
  private:
+  void load();
+
   mutable Lock lock_;  ///< guards the tables
   std::filesystem::path file_;
   Table lasting_, volatile_;
