@@ -169,10 +169,9 @@ class BothKernels : public ::testing::TestWithParam<bool> {
   TestPlatform platform{false, makeKernel(GetParam())};
 };
 
-#define QV_IN_BOTH_KERNELS(Suite)                                          \
-  INSTANTIATE_TEST_SUITE_P(Kernels, Suite, ::testing::Values(false, true), \
-                           [](const auto& instance) {                      \
-                             return std::string(instance.param ? "Simulated" : "Real"); \
-                           })
+#define QV_IN_BOTH_KERNELS(Suite)                     \
+  INSTANTIATE_TEST_SUITE_P(                           \
+      Kernels, Suite, ::testing::Values(false, true), \
+      [](const auto& instance) { return std::string(instance.param ? "Simulated" : "Real"); })
 
 }  // namespace qv::testing

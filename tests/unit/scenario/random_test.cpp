@@ -1,9 +1,9 @@
 #include "scenario/random.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace qv {
 namespace {
@@ -11,7 +11,8 @@ namespace {
 std::vector<uint32_t> draws(uint32_t seed, uint32_t limit) {
   RandomGenerator generator(seed);
   std::vector<uint32_t> all;
-  for (int i = 0; i < 8; ++i) all.push_back(generator.draw(limit));
+  for (int i = 0; i < 8; ++i)
+    all.push_back(generator.draw(limit));
   return all;
 }
 
@@ -50,7 +51,8 @@ TEST(Random, StaysWithinTheLimitAndReachesIt) {
   for (const uint32_t limit : {2u, 5u, 7u, 99u, 256u}) {
     RandomGenerator generator(1);
     uint32_t highest = 0;
-    for (int i = 0; i < 20000; ++i) highest = std::max(highest, generator.draw(limit));
+    for (int i = 0; i < 20000; ++i)
+      highest = std::max(highest, generator.draw(limit));
     EXPECT_EQ(highest, limit);
   }
 }

@@ -1,11 +1,11 @@
 #include "scenario/registers.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "foundation/file.h"
 #include "foundation/path_name.h"
@@ -26,12 +26,14 @@ std::string text(std::string_view bytes) {
 }
 std::string block(std::initializer_list<uint32_t> values) {
   std::string bytes = text("QVReg") + word(static_cast<uint32_t>(values.size()));
-  for (const uint32_t value : values) bytes += word(value);
+  for (const uint32_t value : values)
+    bytes += word(value);
   return bytes;
 }
 std::string stringBlock(std::initializer_list<const char*> values) {
   std::string bytes = text("QVStrReg") + word(static_cast<uint32_t>(values.size()));
-  for (const char* value : values) bytes += text(value);
+  for (const char* value : values)
+    bytes += text(value);
   return bytes;
 }
 
@@ -59,23 +61,27 @@ class QVRegCreate : public Registers {};
 
 std::vector<int32_t> values(QVReg& registers) {
   std::vector<int32_t> all;
-  for (int32_t i = 0; i < registers.count(); ++i) all.push_back(registers.item(i));
+  for (int32_t i = 0; i < registers.count(); ++i)
+    all.push_back(registers.item(i));
   return all;
 }
 std::vector<std::string> values(QVStrReg& registers) {
   std::vector<std::string> all;
-  for (int32_t i = 0; i < registers.count(); ++i) all.emplace_back(registers.item(i).view());
+  for (int32_t i = 0; i < registers.count(); ++i)
+    all.emplace_back(registers.item(i).view());
   return all;
 }
 void fill(QVReg& registers, std::initializer_list<int32_t> all) {
   registers.create(static_cast<int32_t>(all.size()));
   int32_t at = 0;
-  for (const int32_t value : all) registers.item(at++) = value;
+  for (const int32_t value : all)
+    registers.item(at++) = value;
 }
 void fill(QVStrReg& registers, std::initializer_list<const char*> all) {
   registers.create(static_cast<int32_t>(all.size()));
   int32_t at = 0;
-  for (const char* value : all) registers.item(at++).create(QVString::DefaultGrain, value);
+  for (const char* value : all)
+    registers.item(at++).create(QVString::DefaultGrain, value);
 }
 
 // --- item ---
@@ -89,8 +95,9 @@ TEST_F(QVRegItem, JustBehindTheLastReportsTheRangeAndWritesEntryZero) {
   const auto& box = platform.dialogs.shown[0];
   EXPECT_EQ(box.caption, "QVReg - item()");
   EXPECT_EQ(box.flags, 0x12000u);
-  EXPECT_EQ(box.text, sjis("指定されたインデックス2500は\n本レジスタの範囲 0 ～ 2499を越えています。\n"
-                           "０番インデックスが指定されたと仮定して処理を継続します。"));
+  EXPECT_EQ(box.text,
+            sjis("指定されたインデックス2500は\n本レジスタの範囲 0 ～ 2499を越えています。\n"
+                 "０番インデックスが指定されたと仮定して処理を継続します。"));
   EXPECT_NE(box.text.find(" 0 \x81\x60 2499"), std::string::npos);
   EXPECT_NE(box.text.find("\n\x82\x4f\x94\xd4"), std::string::npos);
 }
@@ -215,10 +222,10 @@ TEST_F(QVRegBlock, OfCountZeroLeavesNoTable) {
 
 TEST_F(QVRegBlock, ThatIsForeignLeavesTableAndPosition) {
   const std::string foreign[] = {
-      text("QVRxg") + word(1) + word(5),          // right length, other text
-      text("qvreg") + word(1) + word(5),          // other case
-      text("QVRegs") + word(1) + word(5),         // longer
-      word(0) + word(1) + word(5),                // no name
+      text("QVRxg") + word(1) + word(5),                      // right length, other text
+      text("qvreg") + word(1) + word(5),                      // other case
+      text("QVRegs") + word(1) + word(5),                     // longer
+      word(0) + word(1) + word(5),                            // no name
       std::string("\6\0\0\0QVRegX", 10) + word(1) + word(5),  // no final zero
       stringBlock({"a", "b"}),
       std::string(),
@@ -360,7 +367,8 @@ TEST_F(QVStrRegBlock, WithAnyOneBitFlippedStaysInsideTheFile) {
     open(file, bytes);
     strings.load(file);
     size_t total = 0;
-    for (const std::string& value : values(strings)) total += value.size();
+    for (const std::string& value : values(strings))
+      total += value.size();
     EXPECT_LE(total, whole.size()) << bit;
     if (bit / 8 < 13) {
       EXPECT_EQ(values(strings), std::vector<std::string>{"old"}) << bit;
