@@ -89,6 +89,7 @@ class QVScenario {
   void SetExternalFont(const char* fileName, int32_t unused = 0);
 
   ScenarioHost* host() const { return host_; }
+  SongRecord& song() { return song_; }
   const SongRecord& song() const { return song_; }
 
  private:

@@ -15,6 +15,12 @@ void SongRecord::stop(int32_t mode, uint32_t) {
   state_ = mode == FadingOut ? FadingOut : Stopped;
 }
 
+void SongRecord::set(State state, uint32_t loop, const char* path) {
+  state_ = state;
+  loop_ = loop;
+  path_.create(QVString::DefaultGrain, path);
+}
+
 void SongRecord::save(QVFile& file) const {
   if (!file.isOpen()) return;
   const uint32_t head[2] = {state_ != Stopped && state_ != FadingOut, loop_};

@@ -18,6 +18,8 @@ class SongRecord {
 
   void play(const char* path, int32_t mode, uint32_t fadeMillis, uint32_t loop);
   void stop(int32_t mode, uint32_t millis);
+  /// Puts the record in a state directly, as if it had come there by itself.
+  void set(State state, uint32_t loop, const char* path);
 
   /// Writes the record; a closed file is passed over. A song that fades out counts as not playing.
   void save(QVFile& file) const;

@@ -23,8 +23,12 @@ inline constexpr int WaitTerminated = -2;            ///< The waiting thread was
 /// stood for ten simulated minutes; players and idle service threads may take as long as they like.
 enum class WaitKind { Work, Input, Service };
 
+/// What cuts a wait short. Almost every wait ends with a termination request; the few whose waker
+/// still uses memory of the waiting thread (a join, the answer to a message in work) go on.
+enum class WaitCut { ByTermination, Never };
+
 /// Locks are taken in rising rank; debug builds assert it. Locks of one rank are taken by rising
-/// address. A lock that a thread holds already may be taken again at any time.
+/// `Lock::order()`. A lock that a thread holds already may be taken again at any time.
 enum class LockRank : int {
   Manager = 10,     ///< the manager's object list
   PrintArea = 20,   ///< one print area
@@ -68,14 +72,24 @@ class Kernel {
   virtual std::unique_ptr<LockBody> makeLock(const char* name, LockRank rank) = 0;
   virtual std::shared_ptr<ThreadBody> startThread(const std::string& name,
                                                   std::function<void()> body) = 0;
-  /// The body that stands for the calling thread (every kernel thread has one; the thread that
-  /// made the kernel is one).
+  /// The body that stands for the calling thread. Every kernel thread has one, and so has the
+  /// thread that holds the kernel in its scope; null on any other.
   virtual std::shared_ptr<ThreadBody> currentThread() = 0;
   /// Waits for the first of the events in list order that is set; resets it if it is automatic.
-  /// Gives its index, WaitTimeout or WaitTerminated. With an empty list it sleeps.
-  virtual int waitAny(std::span<EventBody* const> events, uint32_t limitMillis, WaitKind kind) = 0;
+  /// Gives its index, WaitTimeout or WaitTerminated. With an empty list it sleeps. Setting an event
+  /// ends the waits of its waiting threads there and then (all of a manual event, one of an
+  /// automatic one): a reset that follows at once loses nobody.
+  virtual int waitAny(std::span<EventBody* const> events, uint32_t limitMillis, WaitKind kind,
+                      WaitCut cut = WaitCut::ByTermination) = 0;
   /// A line a thread, with its name, its wait and the locks it holds: for faults and debugging.
   virtual std::string describeThreads() = 0;
+  /// Reports `why` with every thread's line and ends the process. Any thread.
+  [[noreturn]] virtual void fault(const std::string& why) = 0;
+
+ protected:
+  friend class KernelScope;
+  virtual void enter() = 0;  ///< the calling thread becomes the main thread
+  virtual void leave() = 0;  ///< asserts that no other thread is left
 };
 
 struct RealKernelOptions {
@@ -85,14 +99,17 @@ struct RealKernelOptions {
 
 struct SimulatedKernelOptions {
   uint64_t seed = 1;
-  uint32_t startTick = 0;  ///< may stand close to the wrap
+  uint32_t startTick = 0;                    ///< may stand close to the wrap
   int64_t startUtcMillis = 946'728'000'000;  ///< 2000-01-01 12:00:00 UTC
   uint32_t stallLimitMillis = 600'000;       ///< a Work wait without limit may stand this long
-  unsigned spinLimit = 100'000;  ///< clock reads of one thread in a row without a wait
-  /// Called with a report of several lines on a deadlock, a stalled wait or a spinning thread;
-  /// must not return. By default the report goes to the standard error and the process leaves
-  /// with status 1 at once.
-  std::function<void(const std::string& report)> onFault;
+  /// Clock reads of one thread in a row without a wait. A look at an event that is not set counts
+  /// as the hundredth part of one.
+  unsigned spinLimit = 100'000;
+  bool assertLockOrder = true;  ///< in debug builds; off to see the circle that an order prevents
+  /// Called with a report of several lines on a deadlock, a circle of locks, a stalled wait or a
+  /// spinning thread; must not return. By default the report goes to the standard error and the
+  /// process leaves with status 1 at once.
+  std::function<void(const std::string& report)> onFault = nullptr;
 };
 
 std::unique_ptr<Kernel> makeRealKernel(const RealKernelOptions& options = {});
@@ -102,7 +119,12 @@ std::unique_ptr<Kernel> makeSimulatedKernel(const SimulatedKernelOptions& option
 /// process. What found it says why: a script line that nothing meets, an impossible wait.
 [[noreturn]] void reportKernelFault(const std::string& why);
 
-/// Makes a kernel current for the scope's life. The calling thread becomes its main thread.
+/// Makes a kernel current for the scope's life. The calling thread becomes its main thread, with
+/// the name "main" and the id 1. At the end of the scope every other thread has been joined by its
+/// owner; that is asserted.
+///
+/// While a simulated kernel is current, the calling thread and the threads of the kernel stand on
+/// one processor, which makes a hand-over of the baton cheap.
 class KernelScope {
  public:
   explicit KernelScope(std::unique_ptr<Kernel> kernel);
@@ -111,7 +133,8 @@ class KernelScope {
   KernelScope& operator=(const KernelScope&) = delete;
 };
 
-/// A manual event stays set until reset; an automatic one lets one wait through.
+/// A manual event stays set until reset; an automatic one lets one wait through. Any kernel thread;
+/// `set` in the real form also any other thread.
 class Event {
  public:
   enum class Reset { Manual, Automatic };
@@ -146,12 +169,17 @@ class Lock {
   Lock& operator=(const Lock&) = delete;
   void lock();
   void unlock();
+  /// Rises with each lock that is made. Who takes several locks of one rank takes them by it;
+  /// addresses would differ from run to run of one simulation.
+  uint64_t order() const;
 
  private:
   std::unique_ptr<LockBody> body_;
 };
 
-/// A thread of the kernel. The object may be reused after its thread has ended.
+/// A thread of the kernel. The object may be reused after its thread has ended. Its owner starts,
+/// joins and destroys it; `running`, `terminate` and `id` may come from any thread once `start` has
+/// returned.
 class Thread {
  public:
   Thread() = default;
@@ -159,14 +187,18 @@ class Thread {
   Thread(const Thread&) = delete;
   Thread& operator=(const Thread&) = delete;
 
-  /// Does nothing while an earlier thread of this object runs. `body` must not throw.
+  /// Does nothing while an earlier thread of this object runs. An exception that leaves `body` is
+  /// our own mistake: the process aborts with the thread's name.
   void start(const std::string& name, std::function<void()> body);
-  /// Lets this object stand for the calling thread; it is then never joined.
+  /// Lets this object stand for the calling thread. It is then never joined: `join` does not wait
+  /// but tells whether that thread has ended, and the destructor asks for nothing.
   void adoptCurrent();
   bool running() const;
-  /// True when the thread has ended (or never was) within the limit.
+  /// True when the thread has ended (or never was) within the limit. A termination request to the
+  /// calling thread does not cut it short, since the other thread may use what dies after the join.
   bool join(uint32_t limitMillis = WaitForever);
-  /// A request: from now on every wait and sleep of that thread returns at once.
+  /// A request: from now on every wait and sleep of that thread returns at once. Taking a lock and
+  /// joining are no waits in this sense.
   void terminate();
   uint32_t id() const;  ///< 0 when there is none; small numbers in order of their start
 

@@ -7,6 +7,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "platform/kernel/kernel.h"
 
@@ -19,6 +20,8 @@ struct Message {
 };
 
 class MessageQueue {
+  struct Pending;  ///< a sent message that waits for its answer
+
  public:
   /// A message out of the queue. A sent one is answered by `reply`, or with 0 by the destructor.
   class Received {
@@ -32,7 +35,6 @@ class MessageQueue {
 
    private:
     friend class MessageQueue;
-    struct Pending;
     std::shared_ptr<Pending> pending_;
   };
 
@@ -43,23 +45,37 @@ class MessageQueue {
 
   /// False when the queue is closed: the message is dropped.
   bool post(const Message& message);
-  /// Blocks until the receiver has answered. False when the queue is or becomes closed.
+  /// Blocks until the receiver has answered. False when the queue is or becomes closed, and when
+  /// the sender is asked to end before the receiver has taken the message, which is then withdrawn.
+  /// A message that the receiver has taken is waited for in any case: it may point into the
+  /// sender's stack. Never called by the receiver.
   bool send(const Message& message, uintptr_t* result = nullptr);
-  /// Takes the oldest message; false when there is none within the limit. The receiver only.
+  /// Takes the oldest message; false when there is none within the limit, when the queue is closed,
+  /// and when there is none and the receiver is asked to end. The receiver only.
   bool receive(Received& received, uint32_t limitMillis, WaitKind kind = WaitKind::Service);
-  /// Set while messages wait: for waits on several things.
+  /// Set while messages wait, and after the close: for waits on several things.
   Event& arrived() { return arrived_; }
   /// Called after each post and send, on the sender's thread, without a lock: wakes a receiver
   /// that waits somewhere else (in the display's event wait). Set before the first post.
   void setWakeHook(std::function<void()> hook);
+  /// Drops what waits. Every sender wakes, also the one whose message is in work; what that message
+  /// points to is not to be touched afterwards.
   void close();
   bool closed() const;
 
  private:
-  struct Entry;
-  mutable Lock lock_;  ///< guards entries_ and closed_
+  struct Entry {
+    Message message;
+    std::shared_ptr<Pending> pending;  ///< null for a posted message
+  };
+
+  bool put(Entry entry);
+  bool take(Received& received);
+
+  mutable Lock lock_;  ///< guards entries_, taken_ and closed_
   Event arrived_;
   std::deque<Entry> entries_;
+  std::vector<std::shared_ptr<Pending>> taken_;  ///< received and perhaps not yet answered
   bool closed_ = false;
   std::function<void()> wakeHook_;
 };

@@ -15,7 +15,8 @@ class PeriodicTimer {
  public:
   PeriodicTimer();
   ~PeriodicTimer();  ///< stops
-  /// `periodMillis` at least 1. The first call comes after one period.
+  /// `periodMillis` at least 1. The first call comes after one period. A run that still goes on is
+  /// stopped first; so this is never called from the callback.
   void start(const std::string& name, uint32_t periodMillis, std::function<void()> callback);
   /// No callback runs any more when this returns, unless it is called from the callback itself.
   void stop();

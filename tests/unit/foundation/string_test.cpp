@@ -56,7 +56,8 @@ TEST(QVStringCreation, TakesANullAsEmpty) {
 TEST(QVStringCreation, GivesTheTextAndPutsTheCursorAtTheStart) {
   QVString text("abc");
   text.setCursorIndex(2);
-  EXPECT_EQ(text.create(32, "defg"), text.text());
+  const char* given = text.create(32, "defg");
+  EXPECT_EQ(given, text.text());
   EXPECT_STREQ(text.text(), "defg");
   EXPECT_EQ(text.cursorIndex(), 0);
 }

@@ -1,0 +1,41 @@
+#include "platform/kernel/periodic_timer.h"
+
+#include <utility>
+
+#include "platform/assert.h"
+
+namespace qv {
+
+PeriodicTimer::PeriodicTimer() : stop_("end of a periodic timer", Event::Reset::Manual) {}
+
+PeriodicTimer::~PeriodicTimer() {
+  stop();
+}
+
+void PeriodicTimer::start(const std::string& name, uint32_t periodMillis,
+                          std::function<void()> callback) {
+  QV_ASSERT(periodMillis >= 1);
+  QV_ASSERT(thread_.id() == 0 || thread_.id() != Thread::currentId());
+  stop();
+  stop_.reset();
+  const uint32_t firstDue = tickCount() + periodMillis;
+  thread_.start(name, [this, periodMillis, firstDue, call = std::move(callback)] {
+    // Ticks are compared by their difference: they wrap.
+    for (uint32_t due = firstDue;; due += periodMillis) {
+      const int32_t rest = static_cast<int32_t>(due - tickCount());
+      if (stop_.wait(rest > 0 ? static_cast<uint32_t>(rest) : 0) != WaitTimeout) return;
+      call();
+    }
+  });
+}
+
+void PeriodicTimer::stop() {
+  stop_.set();
+  if (thread_.id() != Thread::currentId()) thread_.join();
+}
+
+bool PeriodicTimer::running() const {
+  return thread_.running() && !stop_.isSet();
+}
+
+}  // namespace qv
