@@ -22,6 +22,11 @@ uint32_t scaledMillis(int32_t time, uint32_t unitMillis) {
       std::min(uint64_t{static_cast<uint32_t>(time)} * unitMillis, uint64_t{LongestMillis}));
 }
 
+CreateWindowRequest& CreateWindowRequest::ofMessage(uintptr_t first) {
+  // The result stands behind the host's pointer.
+  return *reinterpret_cast<CreateWindowRequest*>(first - sizeof(ScenarioHost*));
+}
+
 ScenarioHost::ScenarioHost()
     : windowRequestEvent("window request", true),
       inputEvent("input", true),

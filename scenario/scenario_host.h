@@ -42,6 +42,10 @@ struct CreateWindowRequest {
   uint8_t captionCharacter = 0;
   int32_t extraWord = 0;
   int32_t frameFlag = 0;  ///< 1 for codes 6 and 8
+
+  /// The record of a create message: its first word is the address of `result`, the second that of
+  /// `typeCode`.
+  static CreateWindowRequest& ofMessage(uintptr_t first);
 };
 
 class ScenarioHost {

@@ -14,15 +14,15 @@ namespace qv::scenec {
 struct Act;
 
 struct Branch {
-  std::string condition;  ///< C++; empty: the last branch, taken when no other is
-  std::vector<Act> acts;
+  std::string condition{};  ///< C++; empty: the last branch, taken when no other is
+  std::vector<Act> acts{};
 };
 
 /// A choice or a place with the scene it leads to.
 struct Option {
-  std::string text;
-  std::string target;
-  Place place;
+  std::string text{};
+  std::string target{};
+  Place place{};
 };
 
 struct Act {
@@ -39,45 +39,45 @@ struct Act {
     SaveOffer,
   };
   Kind kind = Kind::Call;
-  Place place;
-  std::string code;
-  std::string comment;  ///< the text that `code` holds as bytes, for who reads the C++
-  std::string speaker, voice;
-  std::vector<std::string> lines;
-  std::vector<Branch> branches;
-  std::vector<Option> options;
+  Place place{};
+  std::string code{};
+  std::string comment{};  ///< the text that `code` holds as bytes, for who reads the C++
+  std::string speaker{}, voice{};
+  std::vector<std::string> lines{};
+  std::vector<Branch> branches{};
+  std::vector<Option> options{};
 };
 
 using Step = std::vector<Act>;
 
 /// A list of steps; a scene has one, or several under conditions of which the first true one runs.
 struct StepList {
-  std::string condition;  ///< C++; empty: always
-  std::string words;      ///< the condition as it was written
-  std::vector<int> registers;  ///< that the condition reads
-  Place place;
-  std::vector<Step> steps;
+  std::string condition{};  ///< C++; empty: always
+  std::string words{};      ///< the condition as it was written
+  std::vector<int> registers{};  ///< that the condition reads
+  Place place{};
+  std::vector<Step> steps{};
 };
 
 struct Scene {
   enum class Form { Steps, Chain, Handwritten };
-  std::string name;
+  std::string name{};
   Form form = Form::Steps;
-  Place place;
+  Place place{};
   bool chapter = true;    ///< a chain scene may go without SetChapter
   bool hasFilm = false;   ///< uses the film's clock
-  std::vector<StepList> lists;  ///< a chain scene has one of one step
+  std::vector<StepList> lists{};  ///< a chain scene has one of one step
 };
 
 struct Story {
   std::string application = "Vorlane";
   std::string firstScene = "sc_menu";
-  Place applicationPlace, firstPlace;
+  Place firstPlace;
   std::map<std::string, std::string> speakers;  ///< name in the texts to tag
   std::map<std::string, int> registers;         ///< names of registers
-  std::vector<std::string> heroines;            ///< names that affection knows, in order
-  std::vector<Scene> scenes;
-  std::vector<Act> globals;  ///< C++ outside of scenes
+  std::vector<std::string> heroines{};            ///< names that affection knows, in order
+  std::vector<Scene> scenes{};
+  std::vector<Act> globals{};  ///< C++ outside of scenes
 };
 
 /// True for the names that a story may give its scenes: "sc" and six digits with route and

@@ -31,7 +31,7 @@ struct Argument {
 struct CommandForm {
   const char* name;
   const char* code;  ///< $1 to $4 are the arguments
-  std::vector<Argument> arguments;
+  std::vector<Argument> arguments{};
   bool inChain = false;  ///< may stand in a chain scene
   bool usesFilm = false;  ///< needs the film's clock
 };
