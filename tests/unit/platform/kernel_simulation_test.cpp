@@ -202,6 +202,20 @@ TEST_F(SimulatedKernelFaultDeathTest, ADeadlockIsReportedWithEveryThreadItsWaitA
       "limit; holds lock \"manager\"\n");
 }
 
+TEST_F(SimulatedKernelFaultDeathTest, ADeadlockThatTheEndOfAThreadLeavesIsReported) {
+  const auto run = [] {
+    const KernelScope scope(makeSimulatedKernel());
+    Event answer("answer", Event::Reset::Automatic);
+    Thread server;
+    server.start("server", [] { sleepMillis(5); });
+    answer.wait();
+  };
+  EXPECT_EXIT(run(), testing::ExitedWithCode(1),
+              "Fault at tick 5: every thread waits and no wait has a limit\n"
+              "  thread 1 \"main\" waits for event \"answer\" \\(work\\) without limit; holds no "
+              "lock\n$");
+}
+
 TEST_F(SimulatedKernelFaultDeathTest, ACircleOfLocksIsReportedAtTheCallThatClosesIt) {
   const auto run = [] {
     const KernelScope scope(makeSimulatedKernel({.seed = 4, .assertLockOrder = false}));
