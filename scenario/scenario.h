@@ -43,7 +43,6 @@ class QVScenario {
   const QVString& sceneName() const { return sceneName_; }
 
   int32_t& Reg(int32_t number) { return registers_.item(number); }
-  QVReg& registers() { return registers_; }
   QVString& StrReg(int32_t number) { return strings_.item(number); }
   int32_t& SysReg(int32_t number) { return systemRegisters_.item(number); }
   /// Stores; with `writeThrough` the system file is rewritten at once.
