@@ -26,7 +26,8 @@ constexpr uint32_t TenthMillis = 100;
 /// A trace is one line an entry.
 std::string oneLine(std::string text) {
   size_t at = 0;
-  while ((at = text.find('\n', at)) != std::string::npos) text.replace(at, 1, "\\n");
+  while ((at = text.find('\n', at)) != std::string::npos)
+    text.replace(at, 1, "\\n");
   return text;
 }
 
@@ -57,9 +58,8 @@ int32_t advanceOf(int32_t code) {
 
 int32_t waitForAdvance(int32_t limitTenths) {
   const bool limited = limitTenths != WaitWithoutLimit;
-  const uint32_t limitMillis = limited && limitTenths > 0
-                                   ? static_cast<uint32_t>(limitTenths) * TenthMillis
-                                   : 0;
+  const uint32_t limitMillis =
+      limited && limitTenths > 0 ? static_cast<uint32_t>(limitTenths) * TenthMillis : 0;
   const uint32_t start = limited ? tickCount() : 0;
   int32_t left = limited ? (limitTenths > 0 ? limitTenths : 0) : InputForever;
   for (;;) {
@@ -122,7 +122,8 @@ int32_t SelectMain(int32_t count) {
   Reg(WaitKindRegister) = count;
   Reg(SelectionBookkeepingRegister) = count;
   int32_t choice = 0;
-  while (choice == 0) choice = choiceOf(nextInput(InputForever), count);
+  while (choice == 0)
+    choice = choiceOf(nextInput(InputForever), count);
   Reg(SavedStateRegister) = 0;
   Reg(SelectionBookkeepingRegister) = 0;
   Reg(WaitKindRegister) = 0;

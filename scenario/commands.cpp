@@ -26,7 +26,9 @@ void setTheScenario(QVScenario* manager) {
   sceneRegisters = manager ? &manager->registers() : nullptr;
 }
 
-int32_t& SysReg(int32_t number) { return theScenario ? theScenario->SysReg(number) : spareWord(); }
+int32_t& SysReg(int32_t number) {
+  return theScenario ? theScenario->SysReg(number) : spareWord();
+}
 
 void SetSysReg(int32_t number, int32_t value, int32_t writeThrough) {
   if (theScenario) theScenario->SetSysReg(number, value, writeThrough);
@@ -36,6 +38,8 @@ void SetSceneName(const char* name) {
   if (theScenario) theScenario->SetSceneName(name);
 }
 
-uint32_t Random(uint32_t limit) { return theScenario ? theScenario->Random(limit) : 0; }
+uint32_t Random(uint32_t limit) {
+  return theScenario ? theScenario->Random(limit) : 0;
+}
 
 }  // namespace qv

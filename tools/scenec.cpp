@@ -110,7 +110,8 @@ int compile(const Options& options) {
   Problems problems;
   const std::vector<TextFile> texts = loadTexts(options.folder, problems);
   if (!problems.empty()) {
-    for (const std::string& line : problems.lines()) std::fprintf(stderr, "%s\n", line.c_str());
+    for (const std::string& line : problems.lines())
+      std::fprintf(stderr, "%s\n", line.c_str());
     return BadUsage;
   }
   const std::string root = (options.folder / "").string();
@@ -122,7 +123,8 @@ int compile(const Options& options) {
   }
   if (options.check) return Good;
   std::vector<std::string> files;
-  for (const TextFile& text : texts) files.push_back(text.name);
+  for (const TextFile& text : texts)
+    files.push_back(text.name);
   const int units = options.units > 0 ? options.units : unitsFor(story.scenes.size());
   std::string whyNot;
   if (!storeSources(options.out, writeStory(story, files, root, units), whyNot)) {

@@ -15,7 +15,8 @@ constexpr int32_t RestoreEffect = 9, RestoreFrames = 16;
 
 /// The two registers are cleared in one stride each, as the rest of the engine pairs them.
 void clearBoth(int32_t first, int32_t second) {
-  for (int32_t number = first; number <= second; number += second - first) Reg(number) = 0;
+  for (int32_t number = first; number <= second; number += second - first)
+    Reg(number) = 0;
 }
 
 void finishRestore() {
@@ -33,7 +34,9 @@ void finishRestore() {
   RestorePendant();
 }
 
-constexpr int32_t digitOf(char byte) { return byte >= '0' && byte <= '9' ? byte - '0' : -1; }
+constexpr int32_t digitOf(char byte) {
+  return byte >= '0' && byte <= '9' ? byte - '0' : -1;
+}
 
 }  // namespace
 

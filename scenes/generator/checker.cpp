@@ -14,14 +14,16 @@ void eachTarget(const std::vector<Act>& acts, const SeeOption& see) {
   for (const Act& act : acts) {
     for (const Option& option : act.options)
       if (!option.target.empty()) see(option);
-    for (const Branch& branch : act.branches) eachTarget(branch.acts, see);
+    for (const Branch& branch : act.branches)
+      eachTarget(branch.acts, see);
   }
 }
 
 void eachTarget(const Story& story, const SeeOption& see) {
   for (const Scene& scene : story.scenes)
     for (const StepList& list : scene.lists)
-      for (const Step& step : list.steps) eachTarget(step, see);
+      for (const Step& step : list.steps)
+        eachTarget(step, see);
 }
 
 /// Every scene can be left for the title.
@@ -40,7 +42,8 @@ void checkStory(const Story& story, Problems& problems) {
                                   std::to_string(other.line) + "; give one of them another name.");
   }
   std::vector<std::string> names{"END"};
-  for (const auto& [name, unused] : defined) names.push_back(name);
+  for (const auto& [name, unused] : defined)
+    names.push_back(name);
   eachTarget(story, [&](const Option& option) {
     if (option.target == "END" || defined.count(option.target) != 0) return;
     problems.add(option.place,
@@ -63,7 +66,8 @@ std::vector<std::string> missingScenes(const Story& story) {
   missing.insert(Title);
   missing.insert(story.firstScene);
   missing.erase("END");
-  for (const Scene& scene : story.scenes) missing.erase(scene.name);
+  for (const Scene& scene : story.scenes)
+    missing.erase(scene.name);
   return {missing.begin(), missing.end()};
 }
 

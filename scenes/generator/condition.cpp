@@ -14,8 +14,16 @@ namespace {
 constexpr int DeepestNesting = 32;
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 10> Operators{{
-    {"<=", "<="}, {">=", ">="}, {"!=", "!="}, {"==", "=="}, {"=", "=="}, {"<", "<"}, {">", ">"},
-    {"\xE2\x89\xA0", "!="}, {"\xE2\x89\xA6", "<="}, {"\xE2\x89\xA7", ">="},
+    {"<=", "<="},
+    {">=", ">="},
+    {"!=", "!="},
+    {"==", "=="},
+    {"=", "=="},
+    {"<", "<"},
+    {">", ">"},
+    {"\xE2\x89\xA0", "!="},
+    {"\xE2\x89\xA6", "<="},
+    {"\xE2\x89\xA7", ">="},
 }};
 
 /// Words, with brackets and comparisons standing alone.
@@ -101,7 +109,8 @@ class Reader {
 
   std::string inverted(int depth) {
     bool negative = false;
-    while (takeIf("not")) negative = !negative;
+    while (takeIf("not"))
+      negative = !negative;
     std::string code;
     if (takeIf("(")) {
       if (depth == DeepestNesting) {
@@ -216,7 +225,8 @@ std::optional<int> registerNumber(const std::string& word, const Story& story, P
   const std::optional<long> value = number(word);
   if (!value) {
     std::vector<std::string> known;
-    for (const auto& [name, unused] : story.registers) known.push_back(name);
+    for (const auto& [name, unused] : story.registers)
+      known.push_back(name);
     problems.add(place, "no register is called \"" + word + "\"." +
                             suggestion(word, known,
                                        " Name it in story.txt with @register NAME NUMBER, or "

@@ -36,7 +36,8 @@ void addStandingSpeakers(Story& story) {
 Story readStory(const std::vector<TextFile>& texts, Problems& problems) {
   Story story;
   addStandingSpeakers(story);
-  for (const TextFile& text : texts) problems.files.push_back(text.name);
+  for (const TextFile& text : texts)
+    problems.files.push_back(text.name);
   for (size_t index = 0; index < texts.size(); ++index)
     if (texts[index].name == StoryFileName)
       parseStoryFile(texts[index].bytes, static_cast<int>(index), story, problems);

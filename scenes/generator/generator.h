@@ -13,7 +13,7 @@
 namespace qv::scenec {
 
 struct TextFile {
-  std::string name;   ///< relative to the story's folder, with "/"
+  std::string name;  ///< relative to the story's folder, with "/"
   std::string bytes;
 };
 

@@ -50,8 +50,10 @@ std::vector<Line> splitLines(std::string_view bytes) {
     if (!raw.empty() && raw.back() == '\r') raw.remove_suffix(1);
     ++number;
     Line line;
-    if (!isComment(raw) || inCpp) line = tellApart(raw, number);
-    else continue;
+    if (!isComment(raw) || inCpp)
+      line = tellApart(raw, number);
+    else
+      continue;
     if (inCpp) {
       if (line.kind == Line::Kind::Command && line.command == "end" && trim(line.rest) == "cpp")
         inCpp = false;

@@ -49,7 +49,8 @@ int waitsOf(const std::vector<Act>& acts) {
         break;
       case Act::Kind::If: {
         int most = 0;
-        for (const Branch& branch : act.branches) most = std::max(most, waitsOf(branch.acts));
+        for (const Branch& branch : act.branches)
+          most = std::max(most, waitsOf(branch.acts));
         sum += most;
         break;
       }
@@ -107,7 +108,8 @@ class SceneReader {
     return more() && here().kind == Line::Kind::Command && here().command == name;
   }
   void skipBlank() {
-    while (more() && here().kind == Line::Kind::Blank) ++at_;
+    while (more() && here().kind == Line::Kind::Blank)
+      ++at_;
   }
 
   // Scenes.
@@ -238,7 +240,8 @@ void SceneReader::readSteps(Scene& scene) {
   toldLeft_ = false;
   while (!sceneEnds()) {
     const Line& line = here();
-    if (line.kind == Line::Kind::Command && (line.command == "when" || line.command == "otherwise")) {
+    if (line.kind == Line::Kind::Command &&
+        (line.command == "when" || line.command == "otherwise")) {
       openList(scene, line);
       ++at_;
     } else if (line.kind == Line::Kind::Command && line.command == "step") {
@@ -248,7 +251,8 @@ void SceneReader::readSteps(Scene& scene) {
     } else {
       std::vector<Act> acts;
       readAct(acts, 0);
-      for (Act& act : acts) add(scene, std::move(act));
+      for (Act& act : acts)
+        add(scene, std::move(act));
     }
   }
   checkLists(scene);
@@ -284,8 +288,9 @@ void SceneReader::checkLists(const Scene& scene) {
     const std::string what = list.condition.empty() && scene.lists.size() == 1
                                  ? "the scene \"" + scene.name + "\""
                                  : "this part of the scene \"" + scene.name + "\"";
-    problems_.add(list.place, what + " does not say where it goes on; end it with @go SCENE, "
-                                     "@choose or @places.");
+    problems_.add(list.place, what +
+                                  " does not say where it goes on; end it with @go SCENE, "
+                                  "@choose or @places.");
   }
   if (!scene.lists.back().condition.empty())
     problems_.add(scene.lists.back().place,
@@ -301,7 +306,8 @@ template <typename See>
 void eachCall(const std::vector<Act>& acts, const See& see) {
   for (const Act& act : acts) {
     if (act.kind == Act::Kind::Call) see(act);
-    for (const Branch& branch : act.branches) eachCall(branch.acts, see);
+    for (const Branch& branch : act.branches)
+      eachCall(branch.acts, see);
   }
 }
 
@@ -341,7 +347,8 @@ bool SceneReader::targetOf(std::string_view text, const Line& line, std::string&
     return false;
   }
   if (!rest.empty())
-    problem(line, "\"" + std::string(rest) + "\" behind the scene's name is not understood; remove it.");
+    problem(line,
+            "\"" + std::string(rest) + "\" behind the scene's name is not understood; remove it.");
   if (target != "END" && !isSceneName(target) && !isEngineScene(target)) {
     problem(line, "\"" + target + "\" is no name of a scene; name a scene, or END.");
     return false;
@@ -353,8 +360,7 @@ void SceneReader::readGo(const Line& line, std::vector<Act>& acts) {
   Act act{.kind = Act::Kind::Go, .place = placeOf(line)};
   if (line.command == "leave") {
     const std::string_view where = trim(line.rest);
-    if (where != "title" && where != "game")
-      problem(line, "write @leave title or @leave game.");
+    if (where != "title" && where != "game") problem(line, "write @leave title or @leave game.");
     act.code = where == "game" ? "leaveGame()" : "leaveForTitle()";
   } else {
     std::string target;
@@ -384,7 +390,8 @@ std::string SceneReader::clickOf(const Line& line) {
       mode = std::to_string(*value);
   }
   if (list.size() > 2)
-    problem(line, "\"" + list[2] + "\" is too much here; the form is @click [TIME|forever] [MODE].");
+    problem(line,
+            "\"" + list[2] + "\" is too much here; the form is @click [TIME|forever] [MODE].");
   return time + ", " + mode;
 }
 
@@ -407,7 +414,8 @@ Act SceneReader::readMessage() {
   }
   if (act.lines.size() > 1 && act.lines.front().empty()) act.lines.erase(act.lines.begin());
   size_t next = at_;
-  while (next < lines_.size() && lines_[next].kind == Line::Kind::Blank) ++next;
+  while (next < lines_.size() && lines_[next].kind == Line::Kind::Blank)
+    ++next;
   if (next < lines_.size() && lines_[next].kind == Line::Kind::Command &&
       lines_[next].command == "click") {
     act.code = clickOf(lines_[next]);
@@ -434,7 +442,8 @@ Act SceneReader::readCpp() {
 void SceneReader::readOptions(Act& act, size_t most, const char* what) {
   for (;;) {
     size_t next = at_;
-    while (next < lines_.size() && lines_[next].kind == Line::Kind::Blank) ++next;
+    while (next < lines_.size() && lines_[next].kind == Line::Kind::Blank)
+      ++next;
     if (next == lines_.size() || lines_[next].kind != Line::Kind::Text) return;
     const Line& line = lines_[next];
     size_t length = 0;
@@ -444,8 +453,8 @@ void SceneReader::readOptions(Act& act, size_t most, const char* what) {
     Option option{.place = placeOf(line)};
     option.text = std::string(trim(std::string_view(line.rest).substr(0, arrow)));
     if (option.text.empty())
-      problem(line, std::string("the text of this ") + what +
-                        " is missing; write it before the arrow.");
+      problem(line,
+              std::string("the text of this ") + what + " is missing; write it before the arrow.");
     const std::string wrong = unsayable(option.text);
     if (!wrong.empty()) problem(line, wrong);
     targetOf(std::string_view(line.rest).substr(arrow + length), line, option.target);
@@ -468,7 +477,8 @@ void SceneReader::readBranch(Branch& branch, int depth) {
     }
     if (alwaysLeaves(branch.acts)) {
       problem(line, "nothing is reached behind the line that leaves the scene; remove this.");
-      while (!sceneEnds() && !isCommand("end") && !isCommand("else")) ++at_;
+      while (!sceneEnds() && !isCommand("end") && !isCommand("else"))
+        ++at_;
       break;
     }
     if (isCommand("save-point") || isCommand("save-offer"))
@@ -502,11 +512,11 @@ Act SceneReader::readIf(int depth) {
     act.branches.back().acts.push_back(std::move(go));
     return act;
   }
-  if (depth >= DeepestIf)
-    problem(opening, "@if is nested too deep; use scenes of their own.");
+  if (depth >= DeepestIf) problem(opening, "@if is nested too deep; use scenes of their own.");
   for (;;) {
     if (depth >= DeepestIf) {
-      while (!sceneEnds() && !isCommand("end")) ++at_;
+      while (!sceneEnds() && !isCommand("end"))
+        ++at_;
     } else {
       readBranch(act.branches.back(), depth + 1);
     }

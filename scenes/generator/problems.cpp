@@ -24,7 +24,8 @@ std::vector<std::string> characters(const std::string& text) {
 
 size_t distance(const std::vector<std::string>& left, const std::vector<std::string>& right) {
   std::vector<size_t> row(right.size() + 1);
-  for (size_t column = 0; column <= right.size(); ++column) row[column] = column;
+  for (size_t column = 0; column <= right.size(); ++column)
+    row[column] = column;
   for (size_t line = 1; line <= left.size(); ++line) {
     size_t diagonal = row[0];
     row[0] = line;

@@ -85,8 +85,7 @@ class ArgumentReader {
   std::string numberOf(const Argument& argument, const std::string& word) {
     const bool time = argument.kind == ArgumentKind::Time;
     const std::optional<long> value = time ? tenths(word) : number(word);
-    if (value && *value >= argument.low && *value <= argument.high)
-      return std::to_string(*value);
+    if (value && *value >= argument.low && *value <= argument.high) return std::to_string(*value);
     std::string wanted;
     if (argument.low <= argument.high)
       wanted = std::string(time ? "tenths of a second" : "a number") + " from " +
@@ -192,8 +191,8 @@ std::string statementOf(const CommandForm& form, std::string_view rest, const St
     }
     if (word.empty()) {
       if (!argument.fallback) {
-        problems.add(place, std::string(argument.name) + " is missing; the form is " +
-                                usageOf(form) + ".");
+        problems.add(
+            place, std::string(argument.name) + " is missing; the form is " + usageOf(form) + ".");
         return {};
       }
       values.emplace_back(argument.fallback);
@@ -237,7 +236,8 @@ Heading headingOf(std::string_view line, const Story& story, Place place, Proble
     return heading;
   }
   std::vector<std::string> known;
-  for (const auto& [speaker, unused] : story.speakers) known.push_back(speaker);
+  for (const auto& [speaker, unused] : story.speakers)
+    known.push_back(speaker);
   problems.add(place, "nobody called \"" + name + "\" speaks in this story." +
                           suggestion(name, known,
                                      " Add @speaker " + name +

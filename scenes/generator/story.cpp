@@ -8,7 +8,9 @@ namespace qv::scenec {
 
 namespace {
 
-bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
+bool isDigit(char byte) {
+  return byte >= '0' && byte <= '9';
+}
 bool isLetter(char byte) {
   return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
 }
@@ -45,9 +47,8 @@ bool isSceneName(const std::string& name) {
   constexpr std::string_view Word = "sc_";
   if (text.substr(0, Word.size()) != Word || text.size() == Word.size()) return false;
   return isLetter(text[Word.size()]) &&
-         std::all_of(text.begin() + Word.size(), text.end(), [](char byte) {
-           return isDigit(byte) || isLetter(byte) || byte == '_';
-         });
+         std::all_of(text.begin() + Word.size(), text.end(),
+                     [](char byte) { return isDigit(byte) || isLetter(byte) || byte == '_'; });
 }
 
 std::string chapterOf(const std::string& name) {
@@ -55,6 +56,8 @@ std::string chapterOf(const std::string& name) {
   return name.substr(Prefix, name.find('_') - Prefix);
 }
 
-bool isEngineScene(const std::string& name) { return name == "sc_start"; }
+bool isEngineScene(const std::string& name) {
+  return name == "sc_start";
+}
 
 }  // namespace qv::scenec

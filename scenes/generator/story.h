@@ -27,14 +27,14 @@ struct Option {
 
 struct Act {
   enum class Kind {
-    Call,       ///< `code` is a C++ statement
-    Cpp,        ///< `lines` are the writer's own C++
-    Message,    ///< `speaker` (the tag), `voice` or empty, `lines`; `code` holds the wait
-    Click,      ///< a wait alone; `code` holds its arguments
-    If,         ///< `branches`
-    Go,         ///< `options[0].target`
-    Choose,     ///< `options`
-    Places,     ///< `code` holds the group, `options` the places in order
+    Call,     ///< `code` is a C++ statement
+    Cpp,      ///< `lines` are the writer's own C++
+    Message,  ///< `speaker` (the tag), `voice` or empty, `lines`; `code` holds the wait
+    Click,    ///< a wait alone; `code` holds its arguments
+    If,       ///< `branches`
+    Go,       ///< `options[0].target`
+    Choose,   ///< `options`
+    Places,   ///< `code` holds the group, `options` the places in order
     SavePoint,
     SaveOffer,
   };
@@ -52,8 +52,8 @@ using Step = std::vector<Act>;
 
 /// A list of steps; a scene has one, or several under conditions of which the first true one runs.
 struct StepList {
-  std::string condition{};  ///< C++; empty: always
-  std::string words{};      ///< the condition as it was written
+  std::string condition{};       ///< C++; empty: always
+  std::string words{};           ///< the condition as it was written
   std::vector<int> registers{};  ///< that the condition reads
   Place place{};
   std::vector<Step> steps{};
@@ -64,8 +64,8 @@ struct Scene {
   std::string name{};
   Form form = Form::Steps;
   Place place{};
-  bool chapter = true;    ///< a chain scene may go without SetChapter
-  bool hasFilm = false;   ///< uses the film's clock
+  bool chapter = true;            ///< a chain scene may go without SetChapter
+  bool hasFilm = false;           ///< uses the film's clock
   std::vector<StepList> lists{};  ///< a chain scene has one of one step
 };
 
@@ -75,7 +75,7 @@ struct Story {
   Place firstPlace;
   std::map<std::string, std::string> speakers;  ///< name in the texts to tag
   std::map<std::string, int> registers;         ///< names of registers
-  std::vector<std::string> heroines{};            ///< names that affection knows, in order
+  std::vector<std::string> heroines{};          ///< names that affection knows, in order
   std::vector<Scene> scenes{};
   std::vector<Act> globals{};  ///< C++ outside of scenes
 };

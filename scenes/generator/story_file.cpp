@@ -28,8 +28,8 @@ class StoryReader {
       void (StoryReader::*read)(std::string_view rest);
     };
     static constexpr Entry Entries[] = {
-        {"game", &StoryReader::game},         {"first", &StoryReader::first},
-        {"speaker", &StoryReader::speaker},   {"register", &StoryReader::nameRegister},
+        {"game", &StoryReader::game},       {"first", &StoryReader::first},
+        {"speaker", &StoryReader::speaker}, {"register", &StoryReader::nameRegister},
         {"heroine", &StoryReader::heroine},
     };
     std::vector<std::string> known;
@@ -71,7 +71,8 @@ class StoryReader {
     if (plain)
       story_.application = name;
     else
-      problem("\"" + name + "\" cannot name the game's files; use letters A to Z, digits, - and _.");
+      problem("\"" + name +
+              "\" cannot name the game's files; use letters A to Z, digits, - and _.");
   }
 
   void first(std::string_view rest) {
@@ -104,9 +105,9 @@ class StoryReader {
       problem("write @register NAME NUMBER.");
       return;
     }
-    static const char* const Taken[] = {"and",    "or",        "not",   "skip",   "voices",
-                                        "music",  "random",    "above", "is",     "setting",
-                                        "(",      "affection", ")",     "favourite"};
+    static const char* const Taken[] = {"and",   "or",        "not",   "skip",     "voices",
+                                        "music", "random",    "above", "is",       "setting",
+                                        "(",     "affection", ")",     "favourite"};
     const std::string name = narrow(list[0]);
     if (number(name) ||
         std::any_of(std::begin(Taken), std::end(Taken),
@@ -124,8 +125,7 @@ class StoryReader {
     std::string name;
     if (!oneWord(rest, "@heroine NAME", name)) return;
     if (story_.heroines.size() == static_cast<size_t>(AffectionCount))
-      problem("affection knows " + std::to_string(AffectionCount) +
-              " names at most; remove one.");
+      problem("affection knows " + std::to_string(AffectionCount) + " names at most; remove one.");
     else
       story_.heroines.push_back(name);
   }
@@ -140,7 +140,8 @@ class StoryReader {
 
 void parseStoryFile(std::string_view bytes, int file, Story& story, Problems& problems) {
   StoryReader reader(file, story, problems);
-  for (const Line& line : splitLines(bytes)) reader.readLine(line);
+  for (const Line& line : splitLines(bytes))
+    reader.readLine(line);
 }
 
 }  // namespace qv::scenec

@@ -11,7 +11,9 @@ namespace {
 constexpr std::string_view WideSpace = "\xE3\x80\x80";
 constexpr std::string_view WideArrow = "\xE2\x86\x92";
 
-bool isSpace(char byte) { return byte == ' ' || byte == '\t' || byte == '\r'; }
+bool isSpace(char byte) {
+  return byte == ' ' || byte == '\t' || byte == '\r';
+}
 
 /// Bytes of the space that stands at `at`; 0 when none does.
 size_t spaceAt(std::string_view text, size_t at) {
@@ -33,13 +35,16 @@ bool isAscii(std::string_view text) {
 }
 
 std::string_view trimAscii(std::string_view text) {
-  while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+  while (!text.empty() && isSpace(text.front()))
+    text.remove_prefix(1);
+  while (!text.empty() && isSpace(text.back()))
+    text.remove_suffix(1);
   return text;
 }
 
 std::string_view trim(std::string_view text) {
-  while (const size_t bytes = spaceAt(text, 0)) text.remove_prefix(bytes);
+  while (const size_t bytes = spaceAt(text, 0))
+    text.remove_prefix(bytes);
   for (;;) {
     if (!text.empty() && isSpace(text.back())) {
       text.remove_suffix(1);
@@ -55,7 +60,8 @@ std::string_view trim(std::string_view text) {
 std::string firstWord(std::string_view text, std::string_view& rest) {
   text = trim(text);
   size_t end = 0;
-  while (end < text.size() && spaceAt(text, end) == 0) ++end;
+  while (end < text.size() && spaceAt(text, end) == 0)
+    ++end;
   rest = trim(text.substr(end));
   return std::string(text.substr(0, end));
 }
@@ -163,7 +169,8 @@ std::string unsayable(std::string_view utf8) {
   std::snprintf(code, sizeof code, "U+%04X", static_cast<unsigned>(converted.bad));
   std::string_view rest = utf8.substr(converted.badAt);
   size_t bytes = 1;
-  while (bytes < rest.size() && (static_cast<unsigned char>(rest[bytes]) & 0xC0) == 0x80) ++bytes;
+  while (bytes < rest.size() && (static_cast<unsigned char>(rest[bytes]) & 0xC0) == 0x80)
+    ++bytes;
   return "\"" + std::string(rest.substr(0, bytes)) + "\" (" + code +
          ") cannot be said in Shift-JIS; choose another character.";
 }

@@ -13,13 +13,21 @@ using enum ArgumentKind;
 constexpr long Most = 999'999'999;
 constexpr long LongestTime = 9998;  // 9999 means no limit and is said with a word
 
-Argument text(const char* name) { return {.name = name}; }
+Argument text(const char* name) {
+  return {.name = name};
+}
 Argument count(const char* name, long low, long high, const char* fallback = nullptr) {
   return {.name = name, .kind = Number, .low = low, .high = high, .fallback = fallback};
 }
-Argument slot() { return {.name = "SLOT", .kind = Number, .low = 1, .high = 5}; }
-Argument chapter() { return {.name = "CHAPTER", .kind = Number, .low = 0, .high = 99}; }
-Argument form() { return {.name = "FORM", .kind = Number, .low = 0, .high = 1}; }
+Argument slot() {
+  return {.name = "SLOT", .kind = Number, .low = 1, .high = 5};
+}
+Argument chapter() {
+  return {.name = "CHAPTER", .kind = Number, .low = 0, .high = 99};
+}
+Argument form() {
+  return {.name = "FORM", .kind = Number, .low = 0, .high = 1};
+}
 Argument millis(const char* name) {
   return {.name = name, .kind = Number, .low = 0, .high = Most};
 }
@@ -63,24 +71,30 @@ std::vector<CommandForm> makeForms() {
       {"bgm",
        "PlayBgm($1, $2);",
        {{.name = "SONG|fadeout|stop", .words = SongWords},
-        {.name = "fadein", .kind = Number, .low = 1, .words = "fadein=\"FADEIN\"",
+        {.name = "fadein",
+         .kind = Number,
+         .low = 1,
+         .words = "fadein=\"FADEIN\"",
          .fallback = "nullptr"}}},
       {"se",
        "PlaySe($1, $2);",
        {{.name = "SOUND|stop", .words = "stop=nullptr"},
-        {.name = "once|loop", .kind = Number, .low = 1, .words = "once=1 loop=0",
+        {.name = "once|loop",
+         .kind = Number,
+         .low = 1,
+         .words = "once=1 loop=0",
          .fallback = "1"}}},
       {"stop-se", "StopSe();", {}},
       {"wait-se",
        "WaitSe($1);",
-       {{.name = "TIME|click", .kind = Time, .low = 1, .high = LongestTime,
-         .words = "click=0"}}},
-      {"wave",
-       "PlayWave($1, 1, 1, $2);",
-       {text("FILE"), {.name = "AREA", .fallback = "nullptr"}}},
+       {{.name = "TIME|click", .kind = Time, .low = 1, .high = LongestTime, .words = "click=0"}}},
+      {"wave", "PlayWave($1, 1, 1, $2);", {text("FILE"), {.name = "AREA", .fallback = "nullptr"}}},
       {"wait",
        "WaitSound($1);",
-       {{.name = "TIME|song|sound", .kind = Time, .low = 1, .high = LongestTime,
+       {{.name = "TIME|song|sound",
+         .kind = Time,
+         .low = 1,
+         .high = LongestTime,
          .words = "song=WaitForSong sound=WaitForWave"}}},
       // Windows and screens.
       {"hide-message", "HideMessageWindow();", {}},
@@ -98,7 +112,9 @@ std::vector<CommandForm> makeForms() {
        "Reg($1) = $2;",
        {{.name = "REGISTER", .kind = Register}, count("NUMBER", -Most, Most)},
        true},
-      {"setting", "SetSysReg($1, $2, 1);", {count("NUMBER", 0, SystemRegisterCount - 1), count("VALUE", -Most, Most)},
+      {"setting",
+       "SetSysReg($1, $2, 1);",
+       {count("NUMBER", 0, SystemRegisterCount - 1), count("VALUE", -Most, Most)},
        true},
       {"affection",
        "ChangeParameter($1, $2);",
@@ -141,11 +157,11 @@ std::string usageOf(const CommandForm& entry) {
 }
 
 std::vector<std::string> allCommandNames() {
-  std::vector<std::string> names{"scene",  "chain",  "handwritten", "when",       "otherwise",
-                                 "if",     "else",   "end",         "go",         "choose",
-                                 "places", "click",  "step",        "save-point", "save-offer",
-                                 "cpp",    "leave"};
-  for (const CommandForm& entry : commandForms()) names.emplace_back(entry.name);
+  std::vector<std::string> names{
+      "scene",  "chain",  "handwritten", "when", "otherwise",  "if",         "else", "end",  "go",
+      "choose", "places", "click",       "step", "save-point", "save-offer", "cpp",  "leave"};
+  for (const CommandForm& entry : commandForms())
+    names.emplace_back(entry.name);
   return names;
 }
 

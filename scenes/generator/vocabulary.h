@@ -24,7 +24,7 @@ struct Argument {
   const char* name = "";  ///< as the usage says it
   ArgumentKind kind = ArgumentKind::Name;
   long low = 0, high = 0;
-  const char* words = "";         ///< "word=C++ word=C++": taken instead of the kind's values
+  const char* words = "";          ///< "word=C++ word=C++": taken instead of the kind's values
   const char* fallback = nullptr;  ///< C++ when it is left out; null: it may not be left out
 };
 
@@ -32,7 +32,7 @@ struct CommandForm {
   const char* name;
   const char* code;  ///< $1 to $4 are the arguments
   std::vector<Argument> arguments{};
-  bool inChain = false;  ///< may stand in a chain scene
+  bool inChain = false;   ///< may stand in a chain scene
   bool usesFilm = false;  ///< needs the film's clock
 };
 

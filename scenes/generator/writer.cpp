@@ -17,7 +17,8 @@ constexpr const char* Areas[] = {"select01Title", "select02Title", "select03Titl
 /// Which unit takes a scene: FNV-1a of the name.
 size_t unitOf(const std::string& name, size_t units) {
   uint32_t hash = 2166136261u;
-  for (const char byte : name) hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;
+  for (const char byte : name)
+    hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;
   return hash % units;
 }
 
@@ -170,7 +171,8 @@ void UnitWriter::act(const Act& act) {
 }
 
 void UnitWriter::acts(const std::vector<Act>& list) {
-  for (const Act& one : list) act(one);
+  for (const Act& one : list)
+    act(one);
 }
 
 void UnitWriter::list(const StepList& steps) {
@@ -243,13 +245,14 @@ void collectTargets(const std::vector<Act>& acts, std::set<std::string>& targets
     ownCpp = ownCpp || act.kind == Act::Kind::Cpp;
     for (const Option& option : act.options)
       if (!option.target.empty()) targets.insert(option.target);
-    for (const Branch& branch : act.branches) collectTargets(branch.acts, targets, ownCpp);
+    for (const Branch& branch : act.branches)
+      collectTargets(branch.acts, targets, ownCpp);
   }
 }
 
 std::string unitText(const std::string& name, const Story& story,
-                     const std::vector<const Scene*>& scenes,
-                     const std::vector<std::string>& files, const std::string& root) {
+                     const std::vector<const Scene*>& scenes, const std::vector<std::string>& files,
+                     const std::string& root) {
   UnitWriter writer(name, files, root);
   writer.line("// Written by scenec: change the scene texts instead.");
   writer.line("#include \"scenes/scene_form.h\"");
@@ -261,44 +264,57 @@ std::string unitText(const std::string& name, const Story& story,
   for (const Scene* scene : scenes) {
     declared.insert(scene->name);
     for (const StepList& list : scene->lists)
-      for (const Step& step : list.steps) collectTargets(step, declared, ownCpp);
+      for (const Step& step : list.steps)
+        collectTargets(step, declared, ownCpp);
   }
   if (ownCpp)
-    for (const Scene& scene : story.scenes) declared.insert(scene.name);
+    for (const Scene& scene : story.scenes)
+      declared.insert(scene.name);
   writer.line("extern \"C\" {");
   declared.insert("END");
-  for (const std::string& scene : declared) writer.line("qv::SceneFunction " + scene + "();");
+  for (const std::string& scene : declared)
+    writer.line("qv::SceneFunction " + scene + "();");
   writer.line("}");
   writer.line("using namespace qv;  // NOLINT: a unit of scenes holds nothing else");
-  for (const Act& act : story.globals) writer.globalCpp(act);
-  for (const Scene* scene : scenes) writer.scene(*scene);
+  for (const Act& act : story.globals)
+    writer.globalCpp(act);
+  for (const Scene* scene : scenes)
+    writer.scene(*scene);
   return writer.take();
 }
 
 std::string tableText(const Story& story) {
   std::set<std::string> names;  // sorted by byte order, as the table must be
-  for (const Scene& scene : story.scenes) names.insert(scene.name);
+  for (const Scene& scene : story.scenes)
+    names.insert(scene.name);
   std::string text =
       "// Written by scenec: the table by which a host knows this story.\n"
       "#include \"scenes/module_entry.h\"\n\n"
       "extern \"C\" {\n";
-  for (const std::string& name : names) text += "qv::SceneFunction " + name + "();\n";
+  for (const std::string& name : names)
+    text += "qv::SceneFunction " + name + "();\n";
   text += "}\n\nnamespace {\n\nconstexpr qv::SceneEntry SceneTable[] = {\n";
-  for (const std::string& name : names) text += "    {\"" + name + "\", " + name + "},\n";
+  for (const std::string& name : names)
+    text += "    {\"" + name + "\", " + name + "},\n";
   text += "};\n\n}  // namespace\n\n";
   text += "extern \"C\" {\nextern const qv::StoryStart qvStoryStart{\"" + story.application +
           "\", " + story.firstScene + "};\n";
-  text += "extern const qv::GameModule qvGameModule{\n"
-          "    .abi = qv::ModuleAbi,\n"
-          "    .applicationName = \"" + story.application + "\",\n"
-          "    .start = sc_start,\n"
-          "    .end = END,\n"
-          "    .exceptionEntry = EXCEPTION_ENTRY,\n"
-          "    .createManager = qv::createManager,\n"
-          "    .destroyManager = qv::destroyManager,\n"
-          "    .scenes = SceneTable,\n"
-          "    .sceneCount = " + std::to_string(names.size()) + ",\n"
-          "};\n}\n";
+  text +=
+      "extern const qv::GameModule qvGameModule{\n"
+      "    .abi = qv::ModuleAbi,\n"
+      "    .applicationName = \"" +
+      story.application +
+      "\",\n"
+      "    .start = sc_start,\n"
+      "    .end = END,\n"
+      "    .exceptionEntry = EXCEPTION_ENTRY,\n"
+      "    .createManager = qv::createManager,\n"
+      "    .destroyManager = qv::destroyManager,\n"
+      "    .scenes = SceneTable,\n"
+      "    .sceneCount = " +
+      std::to_string(names.size()) +
+      ",\n"
+      "};\n}\n";
   return text;
 }
 

@@ -66,7 +66,8 @@ TEST(ClassicPath, RefusesOverlongPathsAndNames) {
   EXPECT_EQ(parse(std::string(260, 'a')).error, FilePathNotFound);
   // 100 characters of two bytes are 300 bytes on the machine's disk.
   std::string wide;
-  for (int i = 0; i < 100; ++i) wide += "\x83\x5C";
+  for (int i = 0; i < 100; ++i)
+    wide += "\x83\x5C";
   EXPECT_EQ(parse(wide).error, FileInvalidName);
 }
 

@@ -1,9 +1,9 @@
 #include "platform/files/file_system.h"
 
-#include <sys/stat.h>
-
 #include <fstream>
+
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "platform/text/shift_jis.h"
 #include "tests/support/test_platform.h"
@@ -281,7 +281,8 @@ TEST_F(FileSystemTest, RunsOutOfHandlesWithAnErrorAndRecovers) {
     ASSERT_LT(handles.size(), 1000u);
   }
   EXPECT_EQ(opened.error, FileTooManyOpen);
-  for (const int handle : handles) files.discard(handle);
+  for (const int handle : handles)
+    files.discard(handle);
   EXPECT_EQ(content("x"), "x");
 }
 

@@ -1,8 +1,8 @@
+#include <fstream>
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-
-#include <fstream>
 
 #include "platform/files/file_system.h"
 #include "platform/text/shift_jis.h"
@@ -119,8 +119,7 @@ TEST_F(FileSystemWrite, ChangesAnExistingFileInACopy) {
   EXPECT_STREQ(bytes, "tail");
   EXPECT_FALSE(fs::exists(platform.player() / "x"));
   EXPECT_EQ(files.commit(opened.handle), FileOk);
-  EXPECT_EQ(platform.readFile(platform.player() / "x"),
-            "aaBB" + std::string(99'996, 'a') + "tail");
+  EXPECT_EQ(platform.readFile(platform.player() / "x"), "aaBB" + std::string(99'996, 'a') + "tail");
   EXPECT_EQ(platform.readFile(platform.game() / "x"), std::string(100'000, 'a') + "tail");
 }
 

@@ -36,8 +36,7 @@ TEST_F(SettingsStoreTest, KeepsLastingValuesAcrossRuns) {
   }
   SettingsStore store(file);
   EXPECT_EQ(store.complaint(), "");
-  EXPECT_EQ(store.get("HKEY_CURRENT_USER\\EUDC\\932", "Font"),
-            textValue(sjis("C:\\フォント.tte")));
+  EXPECT_EQ(store.get("HKEY_CURRENT_USER\\EUDC\\932", "Font"), textValue(sjis("C:\\フォント.tte")));
   EXPECT_EQ(store.get("hkey_current_user\\other", "NUMBER"), number);
   EXPECT_EQ(store.get("HKEY_CURRENT_USER\\Other", "bytes"), bytes);
   EXPECT_FALSE(store.get("HKEY_CURRENT_USER\\Other", "none"));
@@ -61,11 +60,11 @@ TEST_F(SettingsStoreTest, IsATextThatAPersonCanRead) {
 
 TEST_F(SettingsStoreTest, KeepsBytesThatAreNoTextExactly) {
   const std::vector<SettingValue> values = {
-      {1, {}},                              // no final zero
-      {1, {'a', 'b'}},                      // none either
-      {1, {'a', 0, 'b', 0}},                // one inside
-      {1, {0x81, 0}},                       // half a character
-      {1, {0x87, 0x90, 0}},                 // a second code of a character
+      {1, {}},                // no final zero
+      {1, {'a', 'b'}},        // none either
+      {1, {'a', 0, 'b', 0}},  // one inside
+      {1, {0x81, 0}},         // half a character
+      {1, {0x87, 0x90, 0}},   // a second code of a character
       {4, {1, 2}},
       {3, {}},
       {7, {1, 2, 3}},
@@ -76,7 +75,8 @@ TEST_F(SettingsStoreTest, KeepsBytesThatAreNoTextExactly) {
       textValue(std::string(5000, 'x')),
   };
   SettingsStore::Table table;
-  for (size_t at = 0; at < values.size(); ++at) table["key"][std::to_string(at)] = values[at];
+  for (size_t at = 0; at < values.size(); ++at)
+    table["key"][std::to_string(at)] = values[at];
   table["\x81\xFF bad"]["\x82"] = textValue("x");
   table["hex:41"][""] = textValue("x");
   table[std::string(600, '.')][std::string(200, '.')] = textValue(std::string(200, '.'));
@@ -153,7 +153,8 @@ TEST_F(SettingsStoreTest, IsBoundedInSizeAndDepth) {
   EXPECT_FALSE(SettingsStore::parse("# " + std::string(1024 * 1024, 'x'), complaint));
   EXPECT_EQ(complaint, "line 1: larger than a mebibyte");
   std::string deep = "[k]\nx";
-  for (int i = 0; i < 100'000; ++i) deep += ".x";
+  for (int i = 0; i < 100'000; ++i)
+    deep += ".x";
   EXPECT_FALSE(SettingsStore::parse(deep + " = 1\n", complaint));
   EXPECT_EQ(complaint, "line 2: too many points");
   EXPECT_FALSE(SettingsStore::parse("[k]\nx = " + std::string(100'000, '['), complaint));
@@ -184,8 +185,7 @@ TEST_F(SettingsStoreTest, KeepsTheOldFileWhenTheNewOneCannotBeWritten) {
   fileCalls() = machineFileCalls();
   EXPECT_EQ(platform.readFile(file), before);
   EXPECT_EQ(store.get("key", "name"), textValue("new"));
-  EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), fs::directory_iterator()),
-            1);
+  EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), fs::directory_iterator()), 1);
   EXPECT_TRUE(store.set("key", "name", textValue("new"), true));
   EXPECT_EQ(SettingsStore(file).get("key", "name"), textValue("new"));
 }
