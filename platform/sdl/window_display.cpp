@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <deque>
+#include <filesystem>
 #include <utility>
 
 #include <SDL2/SDL.h>
@@ -57,6 +58,16 @@ bool isSet(const char* name) {
   return value && *value;
 }
 
+/// Keeps SDL from starting a session bus where there is none: it would launch a daemon that stays
+/// behind on the player's screen, and wait for it, only to tell it about the screen saver.
+void leaveSessionBusAlone() {
+  if (isSet("DBUS_SESSION_BUS_ADDRESS")) return;
+  const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+  std::error_code ignored;
+  if (runtime && std::filesystem::exists(std::filesystem::path(runtime) / "bus", ignored)) return;
+  setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 0);
+}
+
 /// Starts SDL's video on a real display. SDL itself would fall back to drivers that show nothing,
 /// and the player would look at no window at all: we say that there is none instead.
 bool startVideo(std::string& whyNot) {
@@ -78,6 +89,7 @@ bool startVideo(std::string& whyNot) {
     }
     SDL_SetHint(SDL_HINT_VIDEODRIVER, x11 && wayland ? "x11,wayland" : x11 ? "x11" : "wayland");
   }
+  leaveSessionBusAlone();
   if (SDL_InitSubSystem(SDL_INIT_VIDEO) == 0) return true;
   whyNot = std::string("The display cannot be opened: ") + SDL_GetError() + ".";
   return false;
