@@ -4,7 +4,7 @@
 #include <atomic>
 #include <mutex>
 #include <optional>
-#include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -16,6 +16,18 @@ namespace qv {
 namespace {
 
 enum class Form { Real, Simulated };
+
+/// Goes on once `count` threads do what `text` says in the kernel's report.
+void awaitThreads(const std::string& text, int count = 1) {
+  for (;;) {
+    const std::string report = Kernel::current().describeThreads();
+    int found = 0;
+    for (size_t at = report.find(text); at != std::string::npos; at = report.find(text, at + 1))
+      ++found;
+    if (found >= count) return;
+    sleepMillis(1);
+  }
+}
 
 std::unique_ptr<Kernel> makeKernel(Form form, uint32_t startTick) {
   if (form == Form::Real) return makeRealKernel({.fixedStartTick = true, .startTick = startTick});
@@ -31,8 +43,8 @@ class KernelContract : public testing::TestWithParam<Form> {
 
 class KernelNearTheWrap : public testing::TestWithParam<Form> {
  protected:
-  static constexpr uint32_t TicksToWrap = 15;
-  KernelScope scope_{makeKernel(GetParam(), 0U - TicksToWrap)};
+  static constexpr uint32_t Start = 0U - 30;
+  KernelScope scope_{makeKernel(GetParam(), Start)};
 };
 
 std::string formName(const testing::TestParamInfo<Form>& info) {
@@ -99,7 +111,7 @@ TEST_P(KernelContract, AWaitingThreadIsToldWhichEventWokeIt) {
   int woken = -10;
   Thread thread;
   thread.start("waiter", [&] { woken = waitAny({&first, &second}); });
-  sleepMillis(5);
+  awaitThreads("waits for event \"first\" or \"second\"");
   second.set();
   EXPECT_TRUE(thread.join());
   EXPECT_EQ(woken, 1);
@@ -113,7 +125,7 @@ TEST_P(KernelContract, AResetRightAfterASetLosesNoThreadThatWaitsAlready) {
   std::array<Thread, 4> threads;
   for (Thread& thread : threads)
     thread.start("waiter", [&] { through += gate.wait(10'000) == 0 ? 1 : 0; });
-  sleepMillis(50);
+  awaitThreads("waits for event \"gate\"", 4);
   gate.set();
   gate.reset();
   for (Thread& thread : threads)
@@ -162,25 +174,24 @@ TEST_P(KernelContract, TheTickCountStartsWhereItIsToldTo) {
 }
 
 TEST_P(KernelNearTheWrap, LimitsHoldAcrossTheWrap) {
-  const uint32_t start = tickCount();
-  EXPECT_GE(start, 0xFFFFFF00u) << "the test begins before the wrap";
   Event never("never", Event::Reset::Manual);
-  EXPECT_EQ(never.wait(40), WaitTimeout);
-  EXPECT_GE(tickCount() - start, 40u);
+  EXPECT_EQ(never.wait(20), WaitTimeout);
+  EXPECT_EQ(never.wait(20), WaitTimeout);
+  EXPECT_GE(tickCount() - Start, 40u);
   EXPECT_LT(tickCount(), 60'000u) << "the tick count has wrapped";
   EXPECT_FALSE(sleepMillis(10));
-  EXPECT_GE(tickCount() - start, 50u);
+  EXPECT_GE(tickCount() - Start, 50u);
 }
 
 TEST_P(KernelNearTheWrap, AnEventWakesAWaiterWhoseDeadlineLiesBeyondTheWrap) {
   Event event("event", Event::Reset::Automatic);
   Thread thread;
   thread.start("setter", [&] {
-    sleepMillis(25);
+    sleepMillis(40);
     event.set();
   });
-  EXPECT_EQ(event.wait(20'000), 0);
-  EXPECT_LT(tickCount(), 15'000u);
+  EXPECT_EQ(event.wait(60'000), 0);
+  EXPECT_LT(tickCount(), 50'000u);
 }
 
 TEST_P(KernelContract, TheWallClockGoesOnWithTheTicks) {
@@ -197,7 +208,6 @@ TEST_P(KernelContract, TheWallClockGoesOnWithTheTicks) {
 }
 
 TEST_P(KernelContract, LocalTimeHasTheFieldsOfACalendar) {
-  // Noon, so that every zone of the earth but one lies within a day of it.
   const CalendarTime time =
       Kernel::current().localTime(951'825'600'123);  // 2000-02-29 12:00:00.123
   EXPECT_EQ(time.year, 2000);
@@ -332,7 +342,7 @@ TEST_P(KernelContract, ATerminationRequestEndsTheWaitInProgressAndAllLaterOnes) 
     cut = sleepMillis(60'000);
     requested = Thread::terminationRequested();
   });
-  sleepMillis(10);
+  awaitThreads("waits for event \"never\"");
   const uint32_t start = tickCount();
   thread.terminate();
   EXPECT_TRUE(thread.join(30'000));
@@ -359,11 +369,11 @@ TEST_P(KernelContract, ATerminationRequestCutsNeitherALockNorAJoinShort) {
     }
     joined = inner.join();
   });
-  sleepMillis(5);
+  awaitThreads("waits for lock \"lock\"");
   outer.terminate();
   sleepMillis(5);
   lock.unlock();
-  sleepMillis(5);
+  awaitThreads("waits for the end of thread \"inner\"");
   EXPECT_FALSE(outer.join(5));
   go.set();
   EXPECT_TRUE(outer.join());
@@ -432,9 +442,9 @@ TEST_P(KernelContract, AReportNamesEachThreadItsWaitAndItsLocks) {
     const std::lock_guard inner(surface);
     waitAny({&abort, &input}, WaitForever, WaitKind::Input);
   });
-  sleepMillis(20);
+  awaitThreads("waits for event");
   painter.start("painter", [&] { const std::lock_guard guard(surface); });
-  sleepMillis(20);
+  awaitThreads("waits for lock");
   const std::string text = Kernel::current().describeThreads();
   EXPECT_NE(text.find("thread 1 \"main\" runs; holds no lock\n"), std::string::npos) << text;
   EXPECT_NE(
