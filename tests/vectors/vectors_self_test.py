@@ -16,7 +16,7 @@ FOLDERS = [
     ([{**GOOD, "expect": "6163"}], "0 passed, 1 failed, 0 skipped", 1, "t-1: expect: 2 bytes"),
     ([GOOD, {**GOOD, "id": "t-2", "to": 2}], "1 passed, 1 failed, 0 skipped", 1, "t-2: expect"),
     ([{**GOOD, "ambiguous": True}], "0 passed, 0 failed, 1 skipped", 0,
-     "skipped, ambiguous: strings substring (1)"),
+     "skipped, ambiguous, strings: substring (1)"),
     ([{**GOOD, "kind": "juggle"}], "0 passed, 1 failed, 0 skipped", 1, "t-1: the kind"),
     ([{**GOOD, "kind": "juggle", "ambiguous": True}], "0 passed, 1 failed, 0 skipped", 1,
      "in no list"),

@@ -6,7 +6,6 @@
 #include <fstream>
 #include <iostream>
 #include <map>
-#include <set>
 
 #include "foundation/diagnostic.h"
 #include "tests/vectors/case.h"
@@ -67,7 +66,8 @@ const std::vector<Topic>& topics() {
 
 struct Counts {
   int passed = 0, failed = 0, skipped = 0;
-  std::map<std::string, int> skippedKinds;  ///< "TOPIC KIND" to cases
+  /// Why and the topic, to kinds with their number of cases.
+  std::map<std::string, std::map<std::string, int>> skippedKinds;
 };
 
 const Topic* topicNamed(const std::string& name) {
@@ -115,7 +115,7 @@ void runCase(const std::string& topicName, const Json& fields, const fs::path& f
   const bool ambiguous = fields.at("ambiguous").get<bool>();
   if (ambiguous || awaited) {
     ++counts.skipped;
-    ++counts.skippedKinds[(ambiguous ? "ambiguous: " : "not built yet: ") + topicName + " " + name];
+    ++counts.skippedKinds[(ambiguous ? "ambiguous, " : "not built yet, ") + topicName][name];
     return;
   }
   const std::string difference = run(*kind, fields, folder);
@@ -159,8 +159,12 @@ int runFolder(const fs::path& folder) {
     std::cerr << "vectors_test: " << error.what() << "\n";
     return 2;
   }
-  for (const auto& [kind, count] : counts.skippedKinds)
-    std::cout << "skipped, " << kind << " (" << count << ")\n";
+  for (const auto& [reason, kinds] : counts.skippedKinds) {
+    std::cout << "skipped, " << reason << ":";
+    for (const auto& [kind, count] : kinds)
+      std::cout << " " << kind << " (" << count << ")";
+    std::cout << "\n";
+  }
   std::cout << counts.passed << " passed, " << counts.failed << " failed, " << counts.skipped
             << " skipped\n";
   return counts.failed ? 1 : 0;
