@@ -89,6 +89,10 @@ class QVScenario {
 
   ScenarioHost* host() const { return host_; }
   SongRecord& song() { return song_; }
+  // The register files themselves, for who looks at them from outside while a scene waits.
+  QVReg& registers() { return registers_; }
+  QVStrReg& strings() { return strings_; }
+  QVReg& systemRegisters() { return systemRegisters_; }
   const SongRecord& song() const { return song_; }
 
  private:

@@ -22,13 +22,13 @@ enum class PointerButton { Left, Right, Middle };
 struct DisplayEvent {
   enum class Kind {
     None,
-    PointerMove,   ///< x, y
-    ButtonDown,    ///< button, x, y
-    ButtonUp,      ///< button, x, y
-    Wheel,         ///< y: 1 up, -1 down
-    KeyDown,       ///< key; `repeat` for auto-repeat
-    KeyUp,         ///< key
-    Text,          ///< text (UTF-8)
+    PointerMove,  ///< x, y
+    ButtonDown,   ///< button, x, y
+    ButtonUp,     ///< button, x, y
+    Wheel,        ///< y: 1 up, -1 down
+    KeyDown,      ///< key; `repeat` for auto-repeat
+    KeyUp,        ///< key
+    Text,         ///< text (UTF-8)
     Close,
     Minimised,
     Restored,
@@ -40,6 +40,7 @@ struct DisplayEvent {
   PointerButton button = PointerButton::Left;
   int key = 0;  ///< virtual key code, see platform/display/key_codes.h
   bool repeat = false;
+  bool alt = false;  ///< KeyDown, KeyUp: an Alt key is held (Alt+Return is the host's)
   std::string text;
 };
 
@@ -47,6 +48,7 @@ class Display {
  public:
   virtual ~Display() = default;
   /// Takes the frame to the screen. Never waits for the display's rate longer than one frame.
+  /// While minimised the frame is kept and shown on restoring.
   virtual void present(const Frame& frame) = 0;
   virtual void setTitle(std::string_view utf8) = 0;
   virtual void setFullScreen(bool on) = 0;
@@ -54,7 +56,8 @@ class Display {
   virtual bool minimised() const = 0;
   /// Waits until an event, `wake`, or the limit. False when there is no event.
   virtual bool waitEvent(DisplayEvent& event, uint32_t limitMillis) = 0;
-  /// Ends the `waitEvent` that runs, or the next one. Any thread.
+  /// Ends the `waitEvent` that runs, or the next one. Events that came first are given first.
+  /// Any thread.
   virtual void wake() = 0;
   /// Moves the system's pointer while the window has the focus.
   virtual void movePointer(int x, int y) = 0;

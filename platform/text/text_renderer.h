@@ -35,7 +35,8 @@ class TextRenderer {
 
   /// False where a face's font was not found: its characters are then drawn as boxes.
   bool hasFont(FontFace face) const;
-  /// Width in pixels of a run (no line feeds).
+  /// Width in pixels of a run (no line feeds). In the fixed faces a double-byte character is as
+  /// wide as the cell is high, a single byte half of that, rounded up.
   int measure(const TextStyle& style, std::string_view run);
   /// The largest number of bytes, in whole characters, whose width is at most `widthPixels`.
   size_t fitBytes(const TextStyle& style, std::string_view run, int widthPixels);

@@ -1,0 +1,30 @@
+#pragma once
+
+/// SDL's events as the display's. Pure functions of their arguments; any thread.
+
+#include <SDL2/SDL.h>
+
+#include "platform/display/display.h"
+#include "platform/display/screen_fit.h"
+
+namespace qv {
+
+/// The way from the window's coordinates (what events carry) to the game screen.
+struct WindowGeometry {
+  int windowWidth = ScreenWidth, windowHeight = ScreenHeight;  ///< in the window's units
+  int outputWidth = ScreenWidth, outputHeight = ScreenHeight;  ///< in real pixels
+  ScreenFit fit;
+
+  ScreenPoint toGame(int windowX, int windowY) const;
+  ScreenPoint toWindow(int gameX, int gameY) const;
+};
+
+/// The virtual code of a key; 0 for keys that the game does not know. The keypad's digits are
+/// directions while the number lock is off.
+int virtualKeyOf(const SDL_Keysym& key);
+
+/// The display's form of a pointer, wheel, key or text event; Kind::None for all others. Fingers
+/// and the window's own events are the window's to translate, because they depend on its state.
+DisplayEvent translateEvent(const SDL_Event& event, const WindowGeometry& geometry);
+
+}  // namespace qv

@@ -1,0 +1,509 @@
+// The window on a real X server that shows nothing to anybody. What arrives is looked at from
+// outside: pictures of the screen, and keys and clicks of another program.
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <SDL2/SDL.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/display/display.h"
+#include "platform/display/key_codes.h"
+#include "platform/display/png_file.h"
+#include "platform/kernel/kernel.h"
+#include "tests/support/test_platform.h"
+
+namespace qv {
+namespace {
+
+constexpr int RootWidth = 1280, RootHeight = 960;
+
+bool installed(const char* program) {
+  return std::system(("command -v " + std::string(program) + " >/dev/null 2>&1").c_str()) == 0;
+}
+
+/// An X server of the test's own, on the first display number that is free.
+class VirtualScreen {
+ public:
+  VirtualScreen() {
+    int ends[2];
+    if (pipe(ends) != 0) return;
+    server_ = fork();
+    if (server_ == 0) {
+      const std::string number = std::to_string(ends[1]);
+      const std::string size = std::to_string(RootWidth) + "x" + std::to_string(RootHeight) + "x24";
+      const int nowhere = ::open("/dev/null", O_WRONLY);
+      dup2(nowhere, 1);
+      dup2(nowhere, 2);
+      execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-noreset", "-nolisten", "tcp",
+             "-screen", "0", size.c_str(), static_cast<char*>(nullptr));
+      _exit(127);
+    }
+    close(ends[1]);
+    pollfd ready = {ends[0], POLLIN, 0};
+    char digits[16] = {};
+    if (server_ > 0 && poll(&ready, 1, 20'000) == 1 && read(ends[0], digits, 15) > 0)
+      name_ = ":" + std::to_string(std::atoi(digits));
+    close(ends[0]);
+  }
+  ~VirtualScreen() {
+    if (server_ <= 0) return;
+    kill(server_, SIGTERM);
+    waitpid(server_, nullptr, 0);
+  }
+  const std::string& name() const { return name_; }
+
+ private:
+  pid_t server_ = -1;
+  std::string name_;
+};
+
+/// Four quarters, and one white pixel at 100, 50.
+Frame testFrame() {
+  Frame frame(static_cast<size_t>(ScreenWidth) * ScreenHeight);
+  constexpr uint32_t Quarters[] = {0xC02020, 0x20C020, 0x2020C0, 0xC0C020};
+  for (int y = 0; y < ScreenHeight; ++y)
+    for (int x = 0; x < ScreenWidth; ++x)
+      frame[static_cast<size_t>(y * ScreenWidth + x)] =
+          Quarters[(y >= ScreenHeight / 2) * 2 + (x >= ScreenWidth / 2)];
+  frame[50 * ScreenWidth + 100] = 0xFFFFFF;
+  return frame;
+}
+
+class WindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    for (const char* program : {"Xvfb", "xdotool", "import"})
+      if (!installed(program)) GTEST_SKIP() << program << " is not installed";
+    screen_ = std::make_unique<VirtualScreen>();
+    ASSERT_FALSE(screen_->name().empty()) << "Xvfb did not start";
+    setenv("DISPLAY", screen_->name().c_str(), 1);
+    unsetenv("WAYLAND_DISPLAY");
+    unsetenv("SDL_VIDEODRIVER");
+  }
+  void TearDown() override { display_.reset(); }
+
+  void open(Scaling scaling = Scaling::Fit) {
+    std::string whyNot;
+    display_ = makeWindowDisplay({.title = "qv window test", .scaling = scaling}, whyNot);
+    ASSERT_TRUE(display_) << whyNot;
+    eventsUntil(DisplayEvent::Kind::FocusGained);
+    settle();
+  }
+  /// Takes events until one is what the test waits for; fails after ten seconds without it.
+  template <typename Predicate>
+  std::vector<DisplayEvent> eventsUntil(Predicate wanted) {
+    std::vector<DisplayEvent> events;
+    DisplayEvent event;
+    const uint32_t start = tickCount();
+    while (tickCount() - start < 10'000) {
+      if (!display_->waitEvent(event, 100)) continue;
+      events.push_back(event);
+      if (wanted(event)) return events;
+    }
+    ADD_FAILURE() << "no such event among " << events.size();
+    return events;
+  }
+  std::vector<DisplayEvent> eventsUntil(DisplayEvent::Kind kind) {
+    return eventsUntil([kind](const DisplayEvent& event) { return event.kind == kind; });
+  }
+  /// Takes the events that have come, and those that still come within a moment.
+  std::vector<DisplayEvent> settle(uint32_t quietMillis = 100) {
+    std::vector<DisplayEvent> events;
+    DisplayEvent event;
+    while (display_->waitEvent(event, quietMillis))
+      events.push_back(event);
+    return events;
+  }
+  static const DisplayEvent* find(const std::vector<DisplayEvent>& events,
+                                  DisplayEvent::Kind kind) {
+    for (const DisplayEvent& event : events)
+      if (event.kind == kind) return &event;
+    return nullptr;
+  }
+  static void outside(const std::string& command) {
+    EXPECT_EQ(std::system((command + " >/dev/null 2>&1").c_str()), 0) << command;
+  }
+  /// A picture of the screen as soon as a pixel of it has the colour, or as it is at the end.
+  Picture screenshotWhere(int x, int y, uint32_t colour) {
+    for (int tries = 0;; ++tries) {
+      settle(50);
+      const Picture picture = screenshot();
+      if (at(picture, x, y) == colour || tries == 40) return picture;
+    }
+  }
+  Picture screenshot() {
+    const auto path = folder_.path() / "shot.png";
+    outside("import -window root png24:" + path.string());
+    const std::optional<Picture> picture = readPng(path);
+    if (!picture) {
+      ADD_FAILURE() << "no screenshot";
+      return {RootWidth, RootHeight, std::vector<uint32_t>(RootWidth * RootHeight)};
+    }
+    if (const char* keep = std::getenv("QV_KEEP_SHOTS"))
+      writePng(*picture,
+               std::filesystem::path(keep) /
+                   (std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) +
+                    std::to_string(shots_++) + ".png"));
+    return *picture;
+  }
+  static uint32_t at(const Picture& picture, int x, int y) {
+    return picture.pixels[static_cast<size_t>(y * picture.width + x)];
+  }
+  void resize(int width, int height) {
+    outside("xdotool search --name 'qv window test' windowsize " + std::to_string(width) + " " +
+            std::to_string(height) + " windowmove 0 0");
+    settle();
+  }
+  static void push(SDL_Event event) { ASSERT_EQ(SDL_PushEvent(&event), 1); }
+  static void pushWindowEvent(Uint8 kind) {
+    SDL_Event event = {};
+    event.type = SDL_WINDOWEVENT;
+    event.window.event = kind;
+    event.window.windowID = 1;
+    push(event);
+  }
+
+  testing::TemporaryFolder folder_;
+  KernelScope kernel_{makeRealKernel()};
+  std::unique_ptr<VirtualScreen> screen_;
+  std::unique_ptr<Display> display_;
+  int shots_ = 0;
+};
+
+TEST_F(WindowTest, ShowsEveryPixelOfTheFrame) {
+  open();
+  const Frame frame = testFrame();
+  display_->present(frame);
+  const Picture shot = screenshotWhere(RootWidth / 2 - 1, RootHeight / 2 - 1, 0xC02020);
+  const int left = (RootWidth - ScreenWidth) / 2, top = (RootHeight - ScreenHeight) / 2;
+  for (int y = 0; y < ScreenHeight; ++y)
+    for (int x = 0; x < ScreenWidth; ++x)
+      ASSERT_EQ(at(shot, left + x, top + y), frame[static_cast<size_t>(y * ScreenWidth + x)])
+          << x << ", " << y;
+}
+
+TEST_F(WindowTest, KeepsTheShapeInAWindowOfAnotherOne) {
+  open();
+  display_->present(testFrame());
+  resize(1000, 600);  // the screen is 800 by 600 with bars of 100
+  const Picture shot = screenshotWhere(899, 599, 0xC0C020);
+  EXPECT_EQ(at(shot, 99, 300), 0x000000u);
+  EXPECT_EQ(at(shot, 100, 0), 0xC02020u);
+  EXPECT_EQ(at(shot, 499, 299), 0xC02020u);
+  EXPECT_EQ(at(shot, 500, 299), 0x20C020u);
+  EXPECT_EQ(at(shot, 499, 300), 0x2020C0u);
+  EXPECT_EQ(at(shot, 899, 599), 0xC0C020u);
+  EXPECT_EQ(at(shot, 900, 300), 0x000000u);
+  EXPECT_EQ(at(shot, 225, 63), 0xFFFFFFu);  // pixel 100, 50
+}
+
+TEST_F(WindowTest, ShowsWholeFactorsOnRequest) {
+  open(Scaling::WholeFactors);
+  display_->present(testFrame());
+  resize(1280, 960);
+  const Picture doubled = screenshotWhere(1279, 959, 0xC0C020);
+  for (const auto& [x, y] : {std::pair(200, 100), std::pair(201, 101)})
+    EXPECT_EQ(at(doubled, x, y), 0xFFFFFFu);
+  EXPECT_EQ(at(doubled, 199, 100), 0xC02020u);
+  EXPECT_EQ(at(doubled, 202, 101), 0xC02020u);
+  resize(1200, 900);
+  const Picture single = screenshotWhere(380, 260, 0xFFFFFF);
+  EXPECT_EQ(at(single, 279, 300), 0x000000u);
+  EXPECT_EQ(at(single, 280, 210), 0xC02020u);
+  EXPECT_EQ(at(single, 380, 260), 0xFFFFFFu);
+}
+
+TEST_F(WindowTest, DrawsTheLastFrameAgainWhenItComesToLight) {
+  open();
+  display_->present(testFrame());
+  screenshotWhere(330, 250, 0xC02020);
+  outside("xdotool search --name 'qv window test' windowunmap --sync");
+  EXPECT_EQ(at(screenshotWhere(330, 250, 0x000000), 330, 250), 0x000000u);
+  outside("xdotool search --name 'qv window test' windowmap --sync");
+  EXPECT_EQ(at(screenshotWhere(330, 250, 0xC02020), 330, 250), 0xC02020u);
+}
+
+TEST_F(WindowTest, PointerAndButtonsArriveInThePixelsOfTheGame) {
+  open();
+  display_->present(testFrame());
+  resize(1000, 600);
+  screenshotWhere(899, 599, 0xC0C020);
+  using Kind = DisplayEvent::Kind;
+  const auto movedTo = [](int x, int y) {
+    return [x, y](const DisplayEvent& event) {
+      return event.kind == Kind::PointerMove && event.x == x && event.y == y;
+    };
+  };
+  outside("xdotool mousemove 225 62");
+  eventsUntil(movedTo(100, 49));
+  outside("xdotool click 1 click 3 click 4 click 5");
+  int wheels = 0;
+  const auto events = eventsUntil(
+      [&](const DisplayEvent& event) { return event.kind == Kind::Wheel && ++wheels == 2; });
+  std::vector<int> wheel;
+  std::vector<PointerButton> released;
+  for (const DisplayEvent& event : events) {
+    if (event.kind == Kind::Wheel) wheel.push_back(event.y);
+    if (event.kind == Kind::ButtonUp) released.push_back(event.button);
+  }
+  EXPECT_EQ(wheel, std::vector<int>({1, -1}));
+  EXPECT_EQ(released, std::vector<PointerButton>({PointerButton::Left, PointerButton::Right}));
+  const DisplayEvent* down = find(events, Kind::ButtonDown);
+  ASSERT_TRUE(down);
+  EXPECT_EQ(down->button, PointerButton::Left);
+  EXPECT_EQ(down->x, 100);
+  EXPECT_EQ(down->y, 49);
+  outside("xdotool mousemove 5 300");  // in the left bar
+  eventsUntil(movedTo(0, 240));
+}
+
+TEST_F(WindowTest, KeysArriveAsVirtualCodes) {
+  open();
+  const std::pair<const char*, int> keys[] = {
+      {"Return", KeyReturn}, {"Escape", KeyEscape}, {"space", KeySpace},   {"Up", KeyUp},
+      {"Next", KeyPageDown}, {"F2", KeyF1 + 1},     {"a", KeyA},           {"z", KeyA + 25},
+      {"0", Key0},           {"9", Key0 + 9},       {"BackSpace", KeyBack}};
+  for (const auto& [name, code] : keys) {
+    outside(std::string("xdotool key ") + name);
+    const auto events = eventsUntil(DisplayEvent::Kind::KeyUp);
+    const DisplayEvent* down = find(events, DisplayEvent::Kind::KeyDown);
+    ASSERT_TRUE(down) << name;
+    EXPECT_EQ(down->key, code) << name;
+    EXPECT_FALSE(down->alt) << name;
+  }
+}
+
+TEST_F(WindowTest, AltReturnCanBeTold) {
+  open();
+  outside("xdotool key alt+Return");
+  eventsUntil([](const DisplayEvent& event) {
+    return event.kind == DisplayEvent::Kind::KeyDown && event.key == KeyReturn && event.alt;
+  });
+}
+
+TEST_F(WindowTest, TypedTextArrives) {
+  open();
+  outside("xdotool type 'Ab'");
+  std::string typed;
+  eventsUntil([&](const DisplayEvent& event) {
+    typed += event.text;
+    return typed.size() >= 2;
+  });
+  EXPECT_EQ(typed, "Ab");
+}
+
+TEST_F(WindowTest, AHeldKeyRepeats) {
+  open();
+  outside("xdotool keydown Down");
+  int first = 0, repeated = 0;
+  eventsUntil([&](const DisplayEvent& event) {
+    if (event.kind == DisplayEvent::Kind::KeyDown) ++(event.repeat ? repeated : first);
+    return repeated == 2;
+  });
+  outside("xdotool keyup Down");
+  EXPECT_EQ(first, 1);
+}
+
+TEST_F(WindowTest, ThePointerFollowsWithTheFocus) {
+  open();
+  display_->present(testFrame());
+  resize(1000, 600);
+  screenshotWhere(899, 599, 0xC0C020);
+  display_->movePointer(100, 50);
+  eventsUntil([](const DisplayEvent& event) {
+    return event.kind == DisplayEvent::Kind::PointerMove && event.x == 100 && event.y == 50;
+  });
+}
+
+/// Windows that a window manager moves, fills the screen with and puts away.
+class ManagedWindowTest : public WindowTest {
+ protected:
+  void SetUp() override {
+    if (!installed("openbox")) GTEST_SKIP() << "openbox is not installed";
+    WindowTest::SetUp();
+    if (IsSkipped() || HasFatalFailure()) return;
+    const std::string started = folder_.path() / "started";
+    manager_ = fork();
+    if (manager_ == 0) {
+      const int nowhere = ::open("/dev/null", O_WRONLY);
+      dup2(nowhere, 1);
+      dup2(nowhere, 2);
+      execlp("openbox", "openbox", "--sm-disable", "--startup", ("touch " + started).c_str(),
+             static_cast<char*>(nullptr));
+      _exit(127);
+    }
+    for (int i = 0; i < 1000 && !std::filesystem::exists(started); ++i)
+      sleepMillis(10);
+    ASSERT_TRUE(std::filesystem::exists(started)) << "openbox did not start";
+  }
+  void TearDown() override {
+    WindowTest::TearDown();
+    if (manager_ <= 0) return;
+    kill(manager_, SIGTERM);
+    waitpid(manager_, nullptr, 0);
+  }
+
+ private:
+  pid_t manager_ = -1;
+};
+
+TEST_F(ManagedWindowTest, FillsTheScreenAndComesBack) {
+  open();
+  display_->present(testFrame());
+  display_->setFullScreen(true);
+  EXPECT_TRUE(display_->fullScreen());
+  const Picture full = screenshotWhere(RootWidth - 1, RootHeight - 1, 0xC0C020);
+  EXPECT_EQ(at(full, 0, 0), 0xC02020u);
+  EXPECT_EQ(at(full, RootWidth - 1, RootHeight - 1), 0xC0C020u);
+  EXPECT_EQ(at(full, 200, 100), 0xFFFFFFu);
+  display_->setFullScreen(false);
+  EXPECT_FALSE(display_->fullScreen());
+  const Picture window = screenshotWhere(RootWidth / 2 - 200, 300, 0xC02020);
+  EXPECT_NE(at(window, 2, 2), 0xC02020u);
+  EXPECT_NE(at(window, RootWidth - 1, RootHeight - 1), 0xC0C020u);
+}
+
+TEST_F(ManagedWindowTest, TellsWhenThePlayerPutsItAwayAndBringsItBack) {
+  open();
+  display_->present(testFrame());
+  outside("xdotool search --name 'qv window test' windowminimize --sync");
+  eventsUntil(DisplayEvent::Kind::Minimised);
+  EXPECT_TRUE(display_->minimised());
+  outside("xdotool search --name 'qv window test' windowactivate --sync");
+  eventsUntil(DisplayEvent::Kind::Restored);
+  EXPECT_FALSE(display_->minimised());
+}
+
+TEST_F(ManagedWindowTest, TellsWhenThePlayerClosesIt) {
+  open();
+  outside("xdotool search --name 'qv window test' windowactivate --sync key alt+F4");
+  eventsUntil(DisplayEvent::Kind::Close);
+}
+
+TEST_F(WindowTest, ATouchIsAMoveThenAPress) {
+  open();
+  for (const Uint32 type : {SDL_FINGERDOWN, SDL_FINGERUP}) {
+    SDL_Event event = {};
+    event.type = type;
+    event.tfinger.fingerId = 4;
+    event.tfinger.x = 0.5f;
+    event.tfinger.y = 0.25f;
+    push(event);
+    event.tfinger.fingerId = 5;  // a second finger means nothing
+    push(event);
+  }
+  using Kind = DisplayEvent::Kind;
+  std::vector<Kind> kinds;
+  for (const DisplayEvent& event : settle()) {
+    kinds.push_back(event.kind);
+    EXPECT_EQ(event.x, 320);
+    EXPECT_EQ(event.y, 120);
+  }
+  EXPECT_EQ(kinds, std::vector<Kind>(
+                       {Kind::PointerMove, Kind::ButtonDown, Kind::PointerMove, Kind::ButtonUp}));
+}
+
+TEST_F(WindowTest, IsMinimisedBetweenTheTwoEvents) {
+  open();
+  pushWindowEvent(SDL_WINDOWEVENT_RESTORED);  // nothing was minimised: nothing to tell
+  pushWindowEvent(SDL_WINDOWEVENT_MINIMIZED);
+  auto events = settle();
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_EQ(events[0].kind, DisplayEvent::Kind::Minimised);
+  EXPECT_TRUE(display_->minimised());
+  display_->present(testFrame());
+  EXPECT_EQ(at(screenshot(), 330, 250), 0x000000u);
+  pushWindowEvent(SDL_WINDOWEVENT_RESTORED);
+  events = settle();
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_EQ(events[0].kind, DisplayEvent::Kind::Restored);
+  EXPECT_FALSE(display_->minimised());
+  EXPECT_EQ(at(screenshotWhere(330, 250, 0xC02020), 330, 250), 0xC02020u);
+}
+
+TEST_F(WindowTest, ClosingAndFocusAreTold) {
+  open();
+  for (const Uint8 kind :
+       {SDL_WINDOWEVENT_FOCUS_LOST, SDL_WINDOWEVENT_FOCUS_GAINED, SDL_WINDOWEVENT_CLOSE})
+    pushWindowEvent(kind);
+  const auto events = settle();
+  ASSERT_EQ(events.size(), 3u);
+  EXPECT_EQ(events[0].kind, DisplayEvent::Kind::FocusLost);
+  EXPECT_EQ(events[1].kind, DisplayEvent::Kind::FocusGained);
+  EXPECT_EQ(events[2].kind, DisplayEvent::Kind::Close);
+}
+
+TEST_F(WindowTest, AWakeEndsTheWaitThatRunsOrTheNextOne) {
+  open();
+  DisplayEvent event;
+  for (int i = 0; i < 5; ++i)
+    display_->wake();
+  EXPECT_FALSE(display_->waitEvent(event, 20'000));
+  uint32_t start = tickCount();
+  EXPECT_FALSE(display_->waitEvent(event, 60));  // five wakes before a wait are one
+  EXPECT_GE(tickCount() - start, 55u);
+  Thread waker;
+  waker.start("waker", [this] {
+    sleepMillis(50);
+    display_->wake();
+  });
+  start = tickCount();
+  EXPECT_FALSE(display_->waitEvent(event, WaitForever));
+  EXPECT_LT(tickCount() - start, 10'000u);
+  waker.join();
+}
+
+TEST_F(WindowTest, TitlesTheWindow) {
+  open();
+  display_->setTitle("sc000000");
+  outside("xdotool search --name '^sc000000$'");
+}
+
+TEST_F(WindowTest, InstallsNoSignalHandler) {
+  open();
+  struct sigaction action = {};
+  for (const int number : {SIGINT, SIGTERM}) {
+    sigaction(number, nullptr, &action);
+    EXPECT_EQ(action.sa_handler, SIG_DFL) << number;
+  }
+}
+
+TEST(NoWindow, SaysInASentenceThatThereIsNoDisplay) {
+  KernelScope kernel(makeRealKernel());
+  unsetenv("DISPLAY");
+  unsetenv("WAYLAND_DISPLAY");
+  unsetenv("SDL_VIDEODRIVER");
+  std::string whyNot;
+  EXPECT_FALSE(makeWindowDisplay({}, whyNot));
+  EXPECT_EQ(whyNot, "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.");
+}
+
+TEST(NoWindow, DoesNotFallBackToADriverThatShowsNothing) {
+  KernelScope kernel(makeRealKernel());
+  setenv("DISPLAY", ":59999", 1);
+  unsetenv("WAYLAND_DISPLAY");
+  unsetenv("SDL_VIDEODRIVER");
+  std::string whyNot;
+  EXPECT_FALSE(makeWindowDisplay({}, whyNot));
+  EXPECT_NE(whyNot.find("cannot be opened"), std::string::npos) << whyNot;
+}
+
+TEST(NoWindow, TakesADriverThatShowsNothingWhenAskedTo) {
+  KernelScope kernel(makeRealKernel());
+  setenv("SDL_VIDEODRIVER", "dummy", 1);
+  std::string whyNot;
+  const std::unique_ptr<Display> display = makeWindowDisplay({}, whyNot);
+  EXPECT_TRUE(display) << whyNot;
+  unsetenv("SDL_VIDEODRIVER");
+}
+
+}  // namespace
+}  // namespace qv
