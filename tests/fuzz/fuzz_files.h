@@ -1,6 +1,6 @@
 #pragma once
 
-/// What fuzz entries of file formats stand on: a kernel, silent boxes, and two files that stay
+/// What fuzz entries of file formats stand on: a kernel, silent boxes, two files that stay
 /// open over all runs, one that is given to the reader and one that takes what is written back.
 
 #include <cstddef>
@@ -48,14 +48,16 @@ class FuzzFiles {
         kernel_(makeRealKernel()),
         files_(FileRoots{folder_ / "game", folder_ / "player", {}}),
         services_(Services{.files = &files_, .dialogs = &dialogs_}) {
-    inputDescriptor_ = openBeside("input.bin", input_);
-    outputDescriptor_ = openBeside("output.bin", output_);
+    const std::filesystem::path path = folder_ / "player" / "input.bin";
+    inputDescriptor_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (inputDescriptor_ < 0) finding("the input file cannot be made");
+    input_.openName("input.bin", OpenExisting, GenericRead, ShareRead | ShareWrite,
+                    AttributeNormal);
+    output_.openName("output.bin", CreateAlways, GenericRead | GenericWrite, ShareRead,
+                     AttributeNormal);
   }
   ~FuzzFiles() {
-    input_.close();
-    output_.close();
     ::close(inputDescriptor_);
-    ::close(outputDescriptor_);
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
   }
@@ -70,16 +72,16 @@ class FuzzFiles {
     input_.seek(0, SeekFrom::Start);
     return input_;
   }
-  /// The output file, empty.
+  /// The output file at its start. What earlier runs wrote stands behind what this one writes; the
+  /// file is never finished and so leaves nothing behind.
   QVFile& output() {
-    if (::ftruncate(outputDescriptor_, 0) != 0) finding("the output file cannot be emptied");
     output_.seek(0, SeekFrom::Start);
     return output_;
   }
-  std::string outputBytes() {
-    std::string bytes(static_cast<size_t>(output_.size()), '\0');
-    if (::pread(outputDescriptor_, bytes.data(), bytes.size(), 0) !=
-        static_cast<ssize_t>(bytes.size()))
+  std::string outputBytes(int64_t size) {
+    std::string bytes(static_cast<size_t>(size), '\0');
+    output_.seek(0, SeekFrom::Start);
+    if (output_.read(bytes.data(), static_cast<int32_t>(size)) != size)
       finding("the output file cannot be read");
     return bytes;
   }
@@ -96,23 +98,13 @@ class FuzzFiles {
     std::filesystem::create_directories(std::filesystem::path(pattern) / "player");
     return pattern;
   }
-  /// Opens the engine's file and the same file by a descriptor of ours.
-  int openBeside(const char* name, QVFile& file) const {
-    const int descriptor =
-        ::open((folder_ / "player" / name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (descriptor < 0) finding("a file cannot be made");
-    file.openName(name, OpenExisting, GenericRead | GenericWrite, ShareRead | ShareWrite,
-                  AttributeNormal);
-    return descriptor;
-  }
-
   std::filesystem::path folder_;
   KernelScope kernel_;
   FileSystem files_;
   SilentDialogs dialogs_;
   ServicesScope services_;
   QVFile input_, output_;
-  int inputDescriptor_ = -1, outputDescriptor_ = -1;
+  int inputDescriptor_ = -1;
 };
 
 }  // namespace qv::fuzz
