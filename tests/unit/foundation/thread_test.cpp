@@ -95,16 +95,19 @@ TEST_P(QVThreadTest, EndsAtItsNextWaitWhenTerminated) {
 TEST_P(QVThreadTest, MayBeTerminatedByItself) {
   struct OwnEnd {
     QVThread thread;
+    QVEvent started{"started"};  // the object is the starter's until `start` has returned
     int result = 0;
   } subject;
   subject.thread.start(
       "own end",
       [](void* self) {
         auto& mine = *static_cast<OwnEnd*>(self);
+        mine.started.wait();
         mine.thread.terminate();
         mine.result = QVEvent("never").wait();
       },
       &subject);
+  subject.started.set();
   subject.thread.join();
   EXPECT_EQ(subject.result, WaitTerminated);
 }
