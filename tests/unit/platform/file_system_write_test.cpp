@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include "platform/files/file_system.h"
+#include "platform/settings/settings_store.h"
 #include "platform/text/shift_jis.h"
 #include "tests/support/test_platform.h"
 
@@ -13,6 +14,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::TestPlatform;
+
+constexpr uint32_t ValueOfOneByte = 3;
 
 class FileSystemWrite : public ::testing::Test {
  protected:
@@ -241,6 +244,33 @@ TEST_F(FileSystemWrite, RefusesPositionsThatNoClassicFileHas) {
   EXPECT_EQ(files.seek(opened.handle, 0xFFFFFFFF, SeekFrom::Start), 0xFFFFFFFF);
   EXPECT_EQ(files.write(opened.handle, "x", 1).error, FileDiskFull);
   files.discard(opened.handle);
+}
+
+TEST_F(FileSystemWrite, MayComeFromManyThreadsAtOnce) {
+  fs::create_directories(platform.game() / "dat" / "deep");
+  const auto work = [&](int number) {
+    const std::string name = "C:\\dat\\deep\\save" + std::to_string(number);
+    const std::string bytes(5000, static_cast<char>('a' + number));
+    for (int round = 0; round < 20; ++round) {
+      EXPECT_EQ(write(name, bytes), FileOk);
+      const auto opened = files.open(name, OpenExisting, GenericRead, ShareRead, AttributeNormal);
+      std::string back(6000, '?');
+      EXPECT_EQ(files.read(opened.handle, back.data(), back.size()).bytes, 5000);
+      EXPECT_TRUE(back.starts_with(bytes));
+      files.discard(opened.handle);
+      EXPECT_TRUE(files.setCurrentDirectory(round % 2 == 0 ? "C:\\dat" : "C:\\"));
+      EXPECT_TRUE(files.currentDirectory().starts_with("C:\\"));
+      SettingValue value{ValueOfOneByte, {static_cast<uint8_t>(round)}};
+      EXPECT_TRUE(services().settings->set("key", name, value, round == 0));
+      EXPECT_EQ(services().settings->get("key", name), value);
+    }
+  };
+  Thread threads[3];
+  for (int i = 0; i < 3; ++i)
+    threads[i].start("writer", [&, i] { work(i); });
+  for (Thread& thread : threads)
+    EXPECT_TRUE(thread.join());
+  EXPECT_EQ(entriesOf(platform.player() / "dat" / "deep"), 3u);
 }
 
 class TraceLines : public TraceSink {

@@ -199,7 +199,7 @@ void killEverywhere(const Folders& folders, const std::string& oldFile, const st
   // The test means something only where kills fell on both sides of the change.
   EXPECT_GE(kills, 8);
   EXPECT_GE(oldSeen, 4);
-  EXPECT_GE(newSeen, 2);
+  EXPECT_GE(newSeen, traced ? 2 : 1);
   // The last run ended by itself and left nothing but the file.
   EXPECT_EQ(std::distance(fs::directory_iterator(folders.player), fs::directory_iterator()), 1);
 }
