@@ -112,13 +112,16 @@ void ScenarioHost::takeRequestEvent() {
   windowRequestEvent.reset();
 }
 
-/// Posts and waits until the request is done. Where the UI thread has ended nothing will be done,
+/// Posts and waits until the request is done; not even a termination request cuts this wait short,
+/// since the UI thread reads what stands on this stack. Where it has ended nothing will be done,
 /// and the event is given back for the next request.
 void ScenarioHost::postRequest(uint32_t message, uintptr_t first, uintptr_t second) {
-  if (PostToUi(message, first, second))
-    windowRequestEvent.wait();
-  else
+  if (!PostToUi(message, first, second)) {
     windowRequestEvent.set();
+    return;
+  }
+  EventBody* done[] = {windowRequestEvent.handle().body()};
+  Kernel::current().waitAny(done, WaitForever, WaitKind::Work, WaitCut::Never);
 }
 
 WindowObject* ScenarioHost::PostCreateRequest(CreateWindowRequest& request) {

@@ -1,12 +1,15 @@
 #include "scenario/registers.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include "foundation/diagnostic.h"
 #include "foundation/file.h"
 #include "foundation/path_name.h"
 #include "platform/text/shift_jis.h"
@@ -170,6 +173,54 @@ TEST_F(QVRegCreate, ReleaseLeavesNoTable) {
   EXPECT_EQ(registers.count(), 0);
   registers.item(0);
   EXPECT_EQ(platform.dialogs.shown.size(), 1u);
+}
+
+// A process of its own with little address space shows what is allocated. The sanitizers need
+// their own, so they are left out.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define QV_MEMORY_TEST(name) DISABLED_##name
+#else
+#define QV_MEMORY_TEST(name) name
+#endif
+
+void limitMemory() {
+  constexpr rlim_t Bytes = 512u << 20;
+  const rlimit limit{Bytes, Bytes};
+  if (setrlimit(RLIMIT_AS, &limit) != 0) std::_Exit(3);
+}
+constexpr int32_t TooMany = 0x1FFFFFFF;
+
+template <typename Registers>
+void createTooMany(const char* title) {
+  limitMemory();
+  Registers registers;
+  try {
+    registers.create(TooMany);
+  } catch (const NotEnoughMemoryException& failure) {
+    std::_Exit(std::strcmp(failure.title(), title) == 0 && registers.count() == 0 ? 0 : 2);
+  }
+  std::_Exit(1);
+}
+
+TEST_F(QVRegCreate, QV_MEMORY_TEST(WithoutMemoryNamesTheOperation)) {
+  EXPECT_EXIT(createTooMany<QVReg>("QVReg - create"), ::testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(createTooMany<QVStrReg>("QVStrReg - create"), ::testing::ExitedWithCode(0), "");
+}
+
+TEST_F(QVRegBlock, QV_MEMORY_TEST(AsksForNoMemoryThatItsFileCannotHold)) {
+  const auto loadBoth = [&] {
+    limitMemory();
+    QVReg registers;
+    QVStrReg strings;
+    QVFile file;
+    open(file, text("QVReg") + word(TooMany) + word(1));
+    registers.load(file);
+    file.close();
+    open(file, text("QVStrReg") + word(0x00FFFFFF) + text("a"));
+    strings.load(file);
+    std::_Exit(registers.count() + strings.count());
+  };
+  EXPECT_EXIT(loadBoth(), ::testing::ExitedWithCode(0), "");
 }
 
 // --- blocks of numbers ---

@@ -150,6 +150,63 @@ TEST_P(InputWait, LosesAndDoublesNothingBetweenTwoThreads) {
   EXPECT_EQ(taken, expected - 1);
 }
 
+TEST(InputWaitInAnyOrder, LosesAndDoublesNothing) {
+  for (uint64_t seed = 1; seed <= 200; ++seed) {
+    TestPlatform platform(false, makeSimulatedKernel({.seed = seed}));
+    FakeHost host;
+    bool over = false;
+    std::vector<int> given, taken;
+    Thread feeder;
+    feeder.start("feeder", [&] {
+      for (int code = 1; !over; ++code) {
+        sleepMillis(1 + static_cast<uint32_t>(seed) % 3);
+        if (host.deliverInput(code)) given.push_back(code);
+      }
+    });
+    for (int i = 0; i < 20; ++i) {
+      const int result = host.WaitForInput(2, 0, 1);
+      if (result != WaitInputTimeout) taken.push_back(result);
+    }
+    over = true;
+    feeder.join();
+    EXPECT_EQ(taken, given) << "seed " << seed;
+    EXPECT_EQ(host.inputEvent.wait(0), 0) << "seed " << seed;
+  }
+}
+
+TEST(AbortInAnyOrder, LetsTheRunOutOfEveryWait) {
+  for (uint64_t seed = 1; seed <= 200; ++seed) {
+    TestPlatform platform(false, makeSimulatedKernel({.seed = seed}));
+    FakeHost host;
+    Thread ender;
+    ender.start("ender", [&] {
+      sleepMillis(static_cast<uint32_t>(seed) % 40);
+      host.abortEvent.set();
+    });
+    QVScenario manager;
+    manager.Start(&host, "Test", 1, 1, 1);
+    bool raised = false;
+    try {
+      for (int round = 0;; ++round) {
+        const Rectangle rectangle{0, 0, 8, 8};
+        host.top.isMinimised = seed % 2 == 1 && round % 3 == 2;
+        manager.CreateObject("v", TypeView, {nullptr, &rectangle});
+        manager.WaitInput(nullptr, 0);
+        manager.DestroyObject("v");
+        host.SleepUnlessAborted(3);
+      }
+    } catch (const ExitScenarioException&) {
+      raised = true;
+    }
+    EXPECT_TRUE(raised);
+    const uint32_t start = tickCount();
+    manager.Release();
+    EXPECT_LT(tickCount() - start, 1000u);
+    EXPECT_EQ(host.windowCount(), 0u) << "seed " << seed;
+    ender.join();
+  }
+}
+
 TEST_P(InputWait, OpenedByAnotherPartyIsClosedWithItsValue) {
   QVEvent& event = host.BeginInput();
   EXPECT_EQ(&event, &host.inputEvent);

@@ -38,6 +38,14 @@ TEST_P(Timekeeper, CueGivesZeroOnceTheLimitHasPassed) {
   EXPECT_EQ(film.Cue(0, 0), 0);
 }
 
+TEST_P(Timekeeper, CueGivesZeroExactlyAtTheLimit) {
+  if (!Kernel::current().simulated()) GTEST_SKIP() << "needs a clock that stands still";
+  film.Restart(0);
+  sleepMillis(20);
+  EXPECT_EQ(film.Cue(0, 21), 1);
+  EXPECT_EQ(film.Cue(0, 20), 0);
+}
+
 TEST_P(Timekeeper, RestartBeginsAnew) {
   sleepMillis(60);
   film.Restart(0);
