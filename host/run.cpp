@@ -1,9 +1,9 @@
 #include "host/run.h"
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <memory>
 
 #include <unistd.h>
@@ -38,17 +38,16 @@ int complain(int status, const std::string& sentence) {
 
 /// Reads and checks the play script; false with a sentence.
 bool readScript(const fs::path& file, std::vector<ScriptLine>& lines, std::string& whyNot) {
-  std::error_code error;
-  if (!fs::is_regular_file(file, error)) {
-    whyNot = "The play script " + file.string() + " is not there.";
-    return false;
-  }
-  if (fs::file_size(file, error) > MostScriptBytes) {
-    whyNot = "The play script " + file.string() + " is too large.";
-    return false;
-  }
   std::ifstream stream(file, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  std::string text;
+  std::array<char, 1 << 16> part{};
+  while (text.size() <= MostScriptBytes && (stream.read(part.data(), part.size()), stream.gcount()))
+    text.append(part.data(), static_cast<size_t>(stream.gcount()));
+  if (!stream.eof()) {
+    whyNot = "The play script " + file.string() +
+             (text.size() > MostScriptBytes ? " is too large." : " cannot be read.");
+    return false;
+  }
   ParsedScript script = parsePlayScript(text);
   if (!script.complaint.empty()) {
     whyNot = file.string() + ": " + script.complaint + ".";

@@ -101,6 +101,8 @@ ScriptPlayer::Outcome ScriptPlayer::act(const ScriptLine& line) {
   // then is answered by it.
   const bool closes = line.verb == Verb::Quit || line.verb == Verb::Close;
   if (closes) ended_ = true;
+  // A sleep at the end of a script is how it lets a game end by itself.
+  if (stage_.gameEnded() && line.verb == Verb::Sleep) return Outcome::Done;
   if (stage_.gameEnded() && !closes) return fail(line, "the game has ended before this line");
   if (line.now) {
     deliverNow(line);

@@ -222,6 +222,16 @@ TEST_F(ScriptPlayerTest, WhatIsLeftWhenTheGameHasEndedFailsTheRun) {
   EXPECT_EQ(quitting.failure(), "");
 }
 
+TEST_F(ScriptPlayerTest, ASleepLetsTheGameEndByItself) {
+  ScriptPlayer script = player("sleep 5000");
+  script.step();
+  EXPECT_FALSE(script.finished());
+  stage.ended = true;
+  script.step();
+  EXPECT_TRUE(script.finished());
+  EXPECT_EQ(script.failure(), "");
+}
+
 TEST_F(ScriptPlayerTest, SleepsByTheKernelsClock) {
   ScriptPlayer script = player("sleep 250\nshot a.png");
   stage.window = true;
