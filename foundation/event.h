@@ -8,8 +8,7 @@ namespace qv {
 
 class QVEvent {
  public:
-  explicit QVEvent(const char* name, bool set = false,
-                   Event::Reset reset = Event::Reset::Manual)
+  explicit QVEvent(const char* name, bool set = false, Event::Reset reset = Event::Reset::Manual)
       : event_(name, reset, set) {}
   void set() { event_.set(); }
   void reset() { event_.reset(); }

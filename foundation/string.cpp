@@ -93,6 +93,7 @@ QVString::QVString(const char* text, int32_t grain)
 QVString::QVString(const QVString& other) : rep_(other.rep_->share()), cursor_(other.cursor_) {}
 
 QVString& QVString::operator=(const QVString& other) {
+  if (this == &other) return *this;
   if (rep_ != other.rep_) {
     Body* old = rep_;
     rep_ = other.rep_->share();

@@ -38,7 +38,8 @@ class QVString {
 
   /// Block: 4 bytes length with the terminating zero, then the bytes. A closed file is passed over.
   void save(QVFile& file) const;
-  /// Reads such a block. A length that the file cannot hold gives the text that is there.
+  /// Reads such a block. A length that the file cannot hold gives the text that is there; where
+  /// not even a length is left, the text stays as it was. The text ends at its first zero.
   void load(QVFile& file);
 
   const char* text() const;

@@ -21,8 +21,9 @@ class QVThread {
   void start(const char* name, Function function, void* argument, uint32_t flags = 0);
   void adoptCurrent() { thread_.adoptCurrent(); }
   bool running() const { return thread_.running(); }
-  void join(uint32_t limitMillis = WaitForever);
-  /// Asks the thread to end at its next wait; the fields are cleared when it has.
+  void join(uint32_t limitMillis = WaitForever);  ///< returns at once if no thread runs
+  /// Asks the thread to end at its next wait and waits until it has: what the thread used may be
+  /// released then. A thread that terminates itself goes on to its own end.
   void terminate();
   uint32_t threadId() const { return thread_.id(); }
   bool terminationFlag() const { return terminationFlag_; }

@@ -6,7 +6,9 @@ namespace {
 Services currentServices;
 }
 
-const Services& services() { return currentServices; }
+const Services& services() {
+  return currentServices;
+}
 
 void trace(std::string_view what, std::string_view detail) {
   if (currentServices.trace) currentServices.trace->line(what, detail);
@@ -16,6 +18,8 @@ ServicesScope::ServicesScope(const Services& services) : previous_(currentServic
   currentServices = services;
 }
 
-ServicesScope::~ServicesScope() { currentServices = previous_; }
+ServicesScope::~ServicesScope() {
+  currentServices = previous_;
+}
 
 }  // namespace qv

@@ -5,6 +5,8 @@
 /// thread; the object list has a lock, which the UI thread never takes.
 
 #include <cstdint>
+#include <initializer_list>
+#include <list>
 #include <memory>
 
 #include "foundation/string.h"
@@ -20,13 +22,18 @@ namespace qv {
 
 class QVFile;
 
+/// Names of the sound players where a time could stand.
+inline constexpr int32_t ChannelMidi = -11, ChannelWave = -10;
+
 class QVScenario {
  public:
   QVScenario();
+  /// Puts the external font back and releases everything, so the host must still be there.
   virtual ~QVScenario();
   QVScenario(const QVScenario&) = delete;
   QVScenario& operator=(const QVScenario&) = delete;
 
+  /// Makes the registers and reads the system file, "NAME.system.dat", where there is one.
   virtual void Open(const char* applicationName, int32_t registers, int32_t strings,
                     int32_t systemRegisters);
   virtual void Start(ScenarioHost* host, const char* applicationName, int32_t registers,
@@ -42,11 +49,19 @@ class QVScenario {
   int32_t& SetSysReg(int32_t number, int32_t value, int32_t writeThrough);
 
   // Named objects. A null name makes every operation do nothing.
+
+  /// A taken name, a code of no kind and a kind that is not built yet change nothing, silently.
   void CreateObject(const char* name, int32_t code, const ObjectArguments& arguments = {});
+  /// The same for code 46, but a click map of that name is replaced, and a name of another kind
+  /// is reported in a box.
+  void CreateClickMap(const char* name, const ObjectArguments& arguments = {});
   void DestroyObject(const char* name);
+  /// One after the other; a null among the names ends the list.
+  void DestroyObjects(std::initializer_list<const char*> names);
   LogicalObject* FindObject(const char* name, int32_t code = 0);
   void* FindNative(const char* name, int32_t code = 0);
   WindowObject* FindWindow(const char* name);
+  /// The view of that name, or a frame's client view; null for any other window.
   WindowObject* FindView(const char* name);
   void ConnectObjects(const char* nameA, const char* nameB, int32_t number1 = 0,
                       int32_t number2 = 0, int32_t number3 = 0);
@@ -54,19 +69,45 @@ class QVScenario {
 
   /// Registers, scene name and song to an open file, then the system file is rewritten.
   void SaveState(QVFile& file);
-  /// The reverse; gives the scene that the file names, or nothing.
+  /// The reverse; gives the scene that the file names, or nothing. `callback` is called with the
+  /// manager's lock held; `releaseAll` destroys all windows and objects first.
   SceneFunction RestoreState(QVFile& file, void (*callback)() = nullptr, int32_t releaseAll = 0,
                              int32_t restartMusic = 0);
+  /// Ends a run: stops sound and animation, destroys all windows and objects. Gives 0. Never
+  /// raises, since it runs behind an abort too.
   int32_t Release();
+  /// Nothing is ever put on the second list; the run's end empties it.
+  void EmptySecondList();
 
+  /// Without a hitret name the host's input wait, `time` in tenths of a second.
   int32_t WaitInput(const char* hitretName, int32_t time);
+  /// Tenths of a second, or the name of a player whose end is waited for. Raises on abort.
+  void WaitSound(int32_t tenths);
   uint32_t Random(uint32_t limit);
+  /// Makes a file the font of external characters; null puts the player's own back.
   void SetExternalFont(const char* fileName, int32_t unused = 0);
 
   ScenarioHost* host() const { return host_; }
+  SongRecord& song() { return song_; }
+  // The register files themselves, for who looks at them from outside while a scene waits.
+  QVReg& registers() { return registers_; }
+  QVStrReg& strings() { return strings_; }
+  QVReg& systemRegisters() { return systemRegisters_; }
+  const SongRecord& song() const { return song_; }
 
  private:
-  // Held by the implementer of this floor.
+  using ObjectList = std::list<std::unique_ptr<LogicalObject>>;
+
+  ObjectList::iterator findPlace(const char* name);
+  void addObject(const ObjectKind& kind, const char* name, const ObjectArguments& arguments);
+  void stopAnimations();
+  void destroyWindows(int32_t code);
+  QVString systemFileName() const;
+  void readDefaultFont();
+  void readSystemFile();
+  void writeSystemFile();
+
+  // The order is part of the design: members go in the reverse of it.
   ScenarioHost* host_ = nullptr;
   QVString applicationName_;
   QVString sceneName_;
@@ -77,6 +118,8 @@ class QVScenario {
   QVString currentFont_;
   RandomGenerator random_;
   Lock lock_;  ///< guards the object list
+  ObjectList objects_;
+  ObjectList secondObjects_;
   QVReg systemRegisters_;
 };
 

@@ -2,9 +2,14 @@
 
 /// ScenarioHost: what the host program gives to sc_start, and all that the engine knows of it. Two
 /// threads meet here. The scenario thread runs scenes and blocks; the UI thread owns the windows,
-/// serves requests (scenario/messages.h) and turns input into codes. Every wait that is named for
-/// it below raises ExitScenarioException when the abort event is set.
+/// serves requests (scenario/messages.h) and turns input into codes.
+///
+/// The waits that say so below raise ExitScenarioException when the abort event is set; the others
+/// never raise, because they also run while a stack unwinds, and never hang after the abort.
+/// A host that stops closes its queue first (posts then fail) and sets the window request event
+/// after that: in this order no request is left waiting.
 
+#include <atomic>
 #include <cstdint>
 
 #include "foundation/event.h"
@@ -20,6 +25,10 @@ struct SceneFunction;
 inline constexpr int32_t WaitInputTimeout = 258, WaitInputFailed = -1;
 inline constexpr int32_t InputForever = -1;
 
+/// A time in units of `unitMillis` as a limit of a wait: negative is for ever, and what does not
+/// fit is the longest limit there is.
+uint32_t scaledMillis(int32_t time, uint32_t unitMillis);
+
 /// A create request, built on the caller's stack; the UI thread fills in the result.
 struct CreateWindowRequest {
   class ScenarioHost* host = nullptr;
@@ -33,6 +42,10 @@ struct CreateWindowRequest {
   uint8_t captionCharacter = 0;
   int32_t extraWord = 0;
   int32_t frameFlag = 0;  ///< 1 for codes 6 and 8
+
+  /// The record of a create message: its first word is the address of `result`, the second that of
+  /// `typeCode`.
+  static CreateWindowRequest& ofMessage(uintptr_t first);
 };
 
 class ScenarioHost {
@@ -42,19 +55,19 @@ class ScenarioHost {
   ScenarioHost(const ScenarioHost&) = delete;
   ScenarioHost& operator=(const ScenarioHost&) = delete;
 
-  WindowHandle topWindow = nullptr;   ///< cached by TopWindow
-  WindowHandle mainWindow = nullptr;  ///< owner of boxes; the parent when a request names none
-  QVEvent windowRequestEvent;         ///< set while the UI thread is ready for a request
-  QVEvent inputEvent;                 ///< set while nobody waits for input, or input has arrived
-  QVEvent abortEvent;                 ///< set to end the game
-  int32_t waitingFlag = 0;            ///< 1 while a scene waits for input
-  int32_t inputPending = 0;
-  int32_t inputValue = 0;  ///< the UI thread writes it before it sets the input event
+  WindowHandle topWindow = nullptr;      ///< cached by TopWindow
+  WindowHandle mainWindow = nullptr;     ///< owner of boxes; the parent when a request names none
+  QVEvent windowRequestEvent;            ///< set while the UI thread is ready for a request
+  QVEvent inputEvent;                    ///< set while nobody waits for input, or input has arrived
+  QVEvent abortEvent;                    ///< set to end the game
+  std::atomic<int32_t> waitingFlag = 0;  ///< 1 while a scene waits for input
+  std::atomic<int32_t> inputPending = 0;
+  std::atomic<int32_t> inputValue = 0;  ///< the UI thread writes it before it sets the input event
   WindowObject* cursorView = nullptr;
   QVThread uiThread;
-  Lock listLock;  ///< guards the window list
-  int32_t pauseFlag = 0;  ///< while nonzero the scenario thread leaves the UI thread alone
-  QVScenario* manager = nullptr;       ///< set by QVScenario::Open
+  Lock listLock;                        ///< guards the window list
+  std::atomic<int32_t> pauseFlag = 0;   ///< while nonzero the scenario thread leaves the UI alone
+  QVScenario* manager = nullptr;        ///< set by QVScenario::Open
   WindowHandle notifyWindow = nullptr;  ///< takes the scene name notice; may be null
 
   // The window list and the module, owned by the host.
@@ -67,25 +80,39 @@ class ScenarioHost {
 
   /// Walks the parent chain of the main window unless the cached value exists and `force` is 0.
   WindowHandle TopWindow(int32_t force);
-  /// Sleeps `millis` at a time while the pause flag is set. Raises on abort.
+  /// Sleeps `millis` at a time while the pause flag is set. Returns at once after the abort; never
+  /// raises.
   void WaitForPause(uint32_t millis);
   /// The input wait: time in units of 100 ms, or ms when `unitIsMillis`; -1 is for ever. Gives the
   /// input value, 258 on time-out. Raises on abort, which wins over input that arrived with it.
   int32_t WaitForInput(int32_t time, int32_t flagA, int32_t unitIsMillis);
-  QVEvent& BeginInput();  ///< opens a wait by another party; gives the input event
-  int32_t EndInput();     ///< closes it; gives the input value
-  void NotifyScene();     ///< sends the scene name notice, where somebody takes it
+  /// Opens a wait by another party; gives the input event. Never raises: the party waits for the
+  /// abort event too, before the input event, and raises after EndInput.
+  QVEvent& BeginInput();
+  int32_t EndInput();  ///< closes it; gives the input value
+  void NotifyScene();  ///< sends the scene name notice, where somebody takes it
 
-  /// Blocks until the UI thread has made the window; stands still while the game is minimised.
+  /// Blocks until the UI thread has made the window; stands still while the game is minimised, and
+  /// raises on an abort in that time. Null when the UI thread has ended.
   WindowObject* PostCreateRequest(CreateWindowRequest& request);
+  /// Blocks until the UI thread has destroyed the window. Never raises.
   void PostDestroyRequest(const char* name);
   /// Waits `millis` on the abort event; raises if it fires.
   void SleepUnlessAborted(uint32_t millis);
+
+  /// Input from the UI thread: taken (true) if and only if a scene waits; of two inputs for one
+  /// wait the first is taken. Any thread.
+  bool deliverInput(int32_t code);
 
   /// Called by the protocol where the scenario thread begins and ends an input wait, so that a
   /// host can tell a play script. Scenario thread.
   virtual void InputWaitBegan() {}
   virtual void InputWaitEnded() {}
+
+ private:
+  void takeRequestEvent();
+  void postRequest(uint32_t message, uintptr_t first, uintptr_t second);
+  bool closeInputWait();
 };
 
 }  // namespace qv

@@ -13,16 +13,16 @@ namespace qv {
 inline constexpr uint32_t BoxNotice = 0x12000;       ///< one OK button
 inline constexpr uint32_t BoxRetryCancel = 0x12005;  ///< file errors
 inline constexpr uint32_t BoxYesNo = 0x12004;
-inline constexpr uint32_t BoxButtonMask = 0xF;       ///< 0 OK, 1 OK cancel, 3 yes no cancel, ...
+inline constexpr uint32_t BoxButtonMask = 0xF;  ///< 0 OK, 1 OK cancel, 3 yes no cancel, ...
 
 enum class BoxAnswer { Ok = 1, Cancel = 2, Retry = 4, Yes = 6, No = 7 };
 
 struct FileDialogRequest {
   bool saving = false;
   std::string title;
-  std::string pattern;      ///< "*.bmp"
-  std::string folder;       ///< classic path
-  std::string path;         ///< in: proposed name; out: the full classic path chosen
+  std::string pattern;  ///< "*.bmp"
+  std::string folder;   ///< classic path
+  std::string path;     ///< in: proposed name; out: the full classic path chosen
 };
 
 class Dialogs {

@@ -30,11 +30,17 @@ std::string joined(const std::string& folder, const std::string& name) {
   return folder == "." ? name : folder + "/" + name;
 }
 
-/// The name in that folder whose folded form is `folded`; empty when there is none.
-std::string spellingIn(int root, const std::string& folder, const std::string& folded) {
+/// The name in that folder whose folded form is `folded`; empty when there is none, with errno in
+/// `error`: a machine that has no descriptor left does not know that a file is missing.
+std::string spellingIn(int root, const std::string& folder, const std::string& folded, int& error) {
+  error = ENOENT;
   const Descriptor opened(
       fileCalls().openBeneath(root, folder.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK));
-  if (!opened) return {};
+  if (!opened) {
+    // A folder that may be entered but not listed has its files under their exact names.
+    if (errno != EACCES) error = errno;
+    return {};
+  }
   for (std::string& name : namesIn(opened.get())) {
     if (foldedName(name) == folded) return std::move(name);
   }
@@ -77,7 +83,6 @@ int FolderRoot::create() const {
 
 FolderRoot::Found FolderRoot::find(std::span<const std::string> elements) const {
   Found found;
-  found.relative = ".";
   const Descriptor root = openRoot();
   if (!root) {
     found.error = errno;
@@ -99,8 +104,8 @@ FolderRoot::Found FolderRoot::find(std::span<const std::string> elements) const 
     std::string next = joined(found.relative, element);
     int error = statusBeneath(root.get(), next, found.status);
     if (isMissing(error)) {
-      const std::string spelled = spellingIn(root.get(), found.relative, foldedName(element));
-      error = ENOENT;
+      const std::string spelled =
+          spellingIn(root.get(), found.relative, foldedName(element), error);
       if (!spelled.empty()) {
         next = joined(found.relative, spelled);
         error = statusBeneath(root.get(), next, found.status);

@@ -26,10 +26,10 @@ class FolderRoot {
   int create() const;
 
   struct Found {
-    int error = 0;          ///< errno; ENOENT: `depth` names were found
-    size_t depth = 0;       ///< names found from the front
-    std::string relative;   ///< the machine's path of those names, "." for the root
-    struct stat status {};  ///< of what `relative` names
+    int error = 0;              ///< errno; ENOENT: `depth` names were found
+    size_t depth = 0;           ///< names found from the front
+    std::string relative{"."};  ///< the machine's path of those names, "." for the root
+    struct stat status {};      ///< of what `relative` names
     bool ok() const { return error == 0; }
     bool isFolder() const { return S_ISDIR(status.st_mode); }
   };

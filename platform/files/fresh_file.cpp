@@ -140,9 +140,10 @@ int64_t FreshFile::size() const {
 int FreshFile::commit(bool flushed, std::optional<int64_t> modifiedMillis) {
   if (const int error = flush()) return error;
   struct stat old {};
+  struct stat fresh {};
   // A file that the player gave other permissions keeps them.
   if (fstatat(folder_.get(), name_.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0 &&
-      S_ISREG(old.st_mode)) {
+      S_ISREG(old.st_mode) && fstat(file_.get(), &fresh) == 0 && old.st_mode != fresh.st_mode) {
     if (fchmod(file_.get(), old.st_mode & 0777) != 0) return errno;
   }
   if (modifiedMillis) {

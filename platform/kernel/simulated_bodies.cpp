@@ -129,8 +129,7 @@ bool SimulatedThread::join(uint32_t limitMillis) {
 void SimulatedThread::terminate() {
   kernel.mayMove();
   terminated = true;
-  if (waiting && wait.lock == nullptr && wait.cut == WaitCut::ByTermination)
-    kernel.endWait(*this, WaitTerminated);
+  if (waiting && wait.cut == WaitCut::ByTermination) kernel.endWait(*this, WaitTerminated);
   kernel.mayMove();
 }
 

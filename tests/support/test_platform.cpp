@@ -29,15 +29,17 @@ BoxAnswer RecordingDialogs::messageBox(std::string_view text, std::string_view c
   return (flags & BoxButtonMask) == 0 ? BoxAnswer::Ok : BoxAnswer::Cancel;
 }
 
-bool RecordingDialogs::fileDialog(FileDialogRequest&) { return false; }
+bool RecordingDialogs::fileDialog(FileDialogRequest&) {
+  return false;
+}
 
 TestPlatform::TestPlatform(bool disc, std::unique_ptr<Kernel> kernel)
     : kernel_(kernel ? std::move(kernel) : makeRealKernel()) {
   fs::create_directories(game());
   fs::create_directories(player());
   if (disc) fs::create_directories(this->disc());
-  files_ = std::make_unique<FileSystem>(
-      FileRoots{game(), player(), disc ? this->disc() : fs::path{}});
+  files_ =
+      std::make_unique<FileSystem>(FileRoots{game(), player(), disc ? this->disc() : fs::path{}});
   settings_ = std::make_unique<SettingsStore>(player() / "settings.toml");
   services_ = std::make_unique<ServicesScope>(
       Services{.files = files_.get(), .settings = settings_.get(), .dialogs = &dialogs});

@@ -4,7 +4,7 @@
 #include <atomic>
 #include <mutex>
 #include <optional>
-#include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 

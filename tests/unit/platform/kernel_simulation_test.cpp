@@ -1,8 +1,11 @@
 // What the simulated form of the kernel promises beyond the contract of both.
 
 #include <array>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -54,12 +57,37 @@ std::vector<uint32_t> tokenTrace(uint64_t seed) {
   return trace;
 }
 
+/// The processors of the program before any test has run.
+const cpu_set_t processorsAtStart = [] {
+  cpu_set_t processors;
+  CPU_ZERO(&processors);
+  sched_getaffinity(0, sizeof processors, &processors);
+  return processors;
+}();
+
 TEST(SimulatedKernel, TheSameSeedGivesTheSameTrace) {
   const std::vector<uint32_t> first = tokenTrace(42);
   EXPECT_GT(first.size(), 200u);
   // What else is in memory has no part in it.
   const std::vector<std::string> ballast(1000, std::string(100, 'x'));
   EXPECT_EQ(first, tokenTrace(42));
+}
+
+TEST(SimulatedKernelDeathTest, TheSameSeedGivesTheSameTraceInAnotherProcess) {
+  // The other process has other addresses.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto text = [] {
+    std::string line;
+    for (const uint32_t entry : tokenTrace(42))
+      line += std::to_string(entry) + ' ';
+    return "trace: " + line + "end";
+  };
+  EXPECT_EXIT(
+      {
+        std::fputs(text().c_str(), stderr);
+        std::_Exit(0);
+      },
+      testing::ExitedWithCode(0), text());
 }
 
 TEST(SimulatedKernel, AnotherSeedGivesAnotherTrace) {
@@ -131,6 +159,29 @@ TEST(SimulatedKernel, SomeSeedMovesTheBatonBetweenTwoCalls) {
   EXPECT_TRUE(kept);
 }
 
+TEST(SimulatedKernel, EveryWaiterOfAnAutomaticEventIsTheFirstToGoOnWithSomeSeed) {
+  std::set<size_t> winners;
+  for (uint64_t seed = 1; seed <= 50; ++seed) {
+    const KernelScope scope(makeSimulatedKernel({.seed = seed}));
+    Event event("event", Event::Reset::Automatic);
+    std::vector<size_t> order;
+    std::array<Thread, 3> threads;
+    for (size_t i = 0; i < threads.size(); ++i) {
+      threads[i].start("waiter", [&, i] {
+        sleepMillis(static_cast<uint32_t>(i + 1));  // they wait in one order in every run
+        event.wait();
+        order.push_back(i);
+      });
+    }
+    sleepMillis(10);
+    event.set();
+    sleepMillis(10);
+    ASSERT_EQ(order.size(), 1u);
+    winners.insert(order.front());
+  }
+  EXPECT_EQ(winners.size(), 3u);
+}
+
 TEST(SimulatedKernel, TheClockJumpsToTheNearestDeadlineOnlyWhenAllWait) {
   const KernelScope scope(makeSimulatedKernel({.seed = 3, .startTick = 0xFFFF0000}));
   std::vector<std::string> order;
@@ -162,15 +213,14 @@ TEST(SimulatedKernel, SeedsOfTheGameComeFromTheSeedOfTheRunAlone) {
 }
 
 TEST(SimulatedKernel, StandsOnOneProcessorAndGivesTheOthersBack) {
-  cpu_set_t before, during, after;
-  ASSERT_EQ(sched_getaffinity(0, sizeof before, &before), 0);
+  cpu_set_t during, after;
   {
     const KernelScope scope(makeSimulatedKernel());
     ASSERT_EQ(sched_getaffinity(0, sizeof during, &during), 0);
   }
   ASSERT_EQ(sched_getaffinity(0, sizeof after, &after), 0);
   EXPECT_EQ(CPU_COUNT(&during), 1);
-  EXPECT_TRUE(CPU_EQUAL(&before, &after));
+  EXPECT_TRUE(CPU_EQUAL(&processorsAtStart, &after));
 }
 
 /// Each fault ends a child process; the report stands on its standard error.

@@ -1,0 +1,56 @@
+#include "host/input_desk.h"
+
+#include "host/box_desk.h"
+#include "host/input_codes.h"
+#include "host/recorder.h"
+
+namespace qv {
+
+std::optional<int32_t> codeOfEvent(const DisplayEvent& event) {
+  switch (event.kind) {
+    case DisplayEvent::Kind::ButtonDown:
+      if (event.button == PointerButton::Left) return CodePress;
+      if (event.button == PointerButton::Right) return CodeRight;
+      return std::nullopt;
+    case DisplayEvent::Kind::Wheel:
+      return codeOfWheel(event.y);
+    case DisplayEvent::Kind::KeyDown:
+      return codeOfKey(event.key);
+    default:
+      return std::nullopt;
+  }
+}
+
+void InputDesk::handle(const DisplayEvent& event) {
+  if (offer(event) || !codeOfEvent(event) || event.repeat) return;
+  held_ = HeldPress{event, tickCount()};
+}
+
+bool InputDesk::offer(const DisplayEvent& event) {
+  std::optional<BoxAnswer> answered;
+  const bool forBox = boxes_.handle(event, &answered);
+  if (answered) recorder_.answered(*answered);
+  return forBox || offerToWait(event);
+}
+
+bool InputDesk::offerToWait(const DisplayEvent& event) {
+  const std::optional<int32_t> code = codeOfEvent(event);
+  if (!code) return false;
+  uint32_t ordinal = 0;
+  {
+    GameHost::Gate gate(host_);
+    ordinal = gate.waitOrdinal();
+    if (!gate.deliver(*code)) return false;
+  }
+  recorder_.taken(event, ordinal);
+  return true;
+}
+
+void InputDesk::waitBegan() {
+  if (!held_) return;
+  const HeldPress press = *held_;
+  if (tickCount() - press.tick <= HeldPressMillis && !offerToWait(press.event)) return;
+  held_.reset();
+}
+
+}  // namespace qv

@@ -1,0 +1,11 @@
+#include "host/module_loader.h"
+
+extern "C" const qv::GameModule qvGameModule;
+
+namespace qv {
+
+const GameModule* linkedModule() {
+  return &qvGameModule;
+}
+
+}  // namespace qv

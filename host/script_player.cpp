@@ -1,0 +1,205 @@
+#include "host/script_player.h"
+
+#include <algorithm>
+
+#include "platform/kernel/kernel.h"
+
+namespace qv {
+
+namespace {
+
+using Verb = ScriptLine::Verb;
+using Kind = DisplayEvent::Kind;
+
+/// The device event that a line stands for.
+DisplayEvent eventOf(const ScriptLine& line) {
+  DisplayEvent event;
+  event.x = line.x;
+  event.y = line.y;
+  switch (line.verb) {
+    case Verb::Move:
+      event.kind = Kind::PointerMove;
+      break;
+    case Verb::Click:
+      event.kind = Kind::ButtonDown;
+      break;
+    case Verb::Right:
+      event.kind = Kind::ButtonDown;
+      event.button = PointerButton::Right;
+      break;
+    case Verb::Wheel:
+      event.kind = Kind::Wheel;
+      break;
+    case Verb::Key:
+      event.kind = Kind::KeyDown;
+      event.key = line.key;
+      break;
+    case Verb::Minimise:
+      event.kind = Kind::Minimised;
+      break;
+    case Verb::Restore:
+      event.kind = Kind::Restored;
+      break;
+    case Verb::Close:
+      event.kind = Kind::Close;
+      break;
+    default:
+      break;
+  }
+  return event;
+}
+
+DisplayEvent moveTo(const ScriptLine& line) {
+  DisplayEvent event;
+  event.kind = Kind::PointerMove;
+  event.x = line.x;
+  event.y = line.y;
+  return event;
+}
+
+bool pointsAtPlace(const ScriptLine& line) {
+  return line.verb == Verb::Click || (line.verb == Verb::Right && line.hasPosition);
+}
+
+}  // namespace
+
+ScriptPlayer::ScriptPlayer(std::vector<ScriptLine> lines, std::string fileName, ScriptStage& stage)
+    : lines_(std::move(lines)), fileName_(std::move(fileName)), stage_(stage) {}
+
+const ScriptLine* ScriptPlayer::unsupportedLine(const std::vector<ScriptLine>& lines) {
+  const auto line = std::find_if(lines.begin(), lines.end(), [](const ScriptLine& candidate) {
+    return candidate.verb == Verb::Type || candidate.expectation == ScriptLine::Expectation::Sound;
+  });
+  return line == lines.end() ? nullptr : &*line;
+}
+
+void ScriptPlayer::step() {
+  while (failure_.empty() && !finished()) {
+    const ScriptLine& line = lines_[at_];
+    if (!lineBegun_) {
+      lineBegun_ = true;
+      moved_ = false;
+      lineTick_ = tickCount();
+    }
+    const Outcome outcome = act(line);
+    if (outcome == Outcome::Failed) return;
+    if (outcome == Outcome::NotYet) {
+      if (line.verb != Verb::Sleep && tickCount() - lineTick_ >= LineLimitMillis) {
+        stalled_ = true;
+        fail(line, "the game did not come to this line in ten minutes");
+      }
+      return;
+    }
+    ++at_;
+    lineBegun_ = false;
+  }
+  if (failure_.empty() && !ended_) endOfScript();
+}
+
+ScriptPlayer::Outcome ScriptPlayer::act(const ScriptLine& line) {
+  // Closing is the one thing that a game which has ended by itself still allows; what stands open
+  // then is answered by it.
+  const bool closes = line.verb == Verb::Quit || line.verb == Verb::Close;
+  if (closes) ended_ = true;
+  // A sleep at the end of a script is how it lets a game end by itself.
+  if (stage_.gameEnded() && line.verb == Verb::Sleep) return Outcome::Done;
+  if (stage_.gameEnded() && !closes) return fail(line, "the game has ended before this line");
+  if (line.now) {
+    deliverNow(line);
+    return Outcome::Done;
+  }
+  switch (line.verb) {
+    case Verb::Sleep:
+      return sleep(line);
+    case Verb::Answer:
+      return answer(line);
+    case Verb::Shot:
+      return stage_.shoot(line.text) ? Outcome::Done : fail(line, "the picture cannot be written");
+    case Verb::Quit:
+      break;
+    default: {
+      const Outcome outcome = awaitScene(line);
+      if (outcome != Outcome::Done || line.verb == Verb::Ready) return outcome;
+      return line.verb == Verb::Expect ? expect(line) : giveInput(line);
+    }
+  }
+  if (line.waitOrdinal != 0) {
+    const Outcome outcome = awaitScene(line);
+    if (outcome != Outcome::Done) return outcome;
+  }
+  stage_.close();
+  return Outcome::Done;
+}
+
+ScriptPlayer::Outcome ScriptPlayer::awaitScene(const ScriptLine& line) {
+  if (stage_.boxHoldsScene()) return fail(line, "a box stands unanswered: " + stage_.boxText());
+  if (!stage_.sceneWaits()) return Outcome::NotYet;
+  if (line.waitOrdinal == 0 || stage_.waitOrdinal() == line.waitOrdinal) return Outcome::Done;
+  if (stage_.waitOrdinal() < line.waitOrdinal) return Outcome::NotYet;
+  return fail(line, "wait " + std::to_string(line.waitOrdinal) + " is over, now stands wait " +
+                        std::to_string(stage_.waitOrdinal()));
+}
+
+ScriptPlayer::Outcome ScriptPlayer::giveInput(const ScriptLine& line) {
+  if (pointsAtPlace(line) && !moved_) {
+    moved_ = true;
+    stage_.movePointer(line.x, line.y);
+    // Where the game takes the move, the press belongs to the next wait.
+    if (stage_.offer(moveTo(line))) return Outcome::NotYet;
+  }
+  if (line.verb == Verb::Move) {
+    stage_.movePointer(line.x, line.y);
+    stage_.offer(eventOf(line));
+    return Outcome::Done;
+  }
+  return stage_.offer(eventOf(line)) ? Outcome::Done : Outcome::NotYet;
+}
+
+ScriptPlayer::Outcome ScriptPlayer::answer(const ScriptLine& line) {
+  if (!stage_.boxIsUp()) return Outcome::NotYet;
+  if (stage_.answerBox(line.answer)) return Outcome::Done;
+  return fail(line, "the box has no such button: " + stage_.boxText());
+}
+
+ScriptPlayer::Outcome ScriptPlayer::expect(const ScriptLine& line) {
+  const std::optional<std::string> instead = stage_.whatIsInstead(line);
+  if (!instead) return Outcome::NotYet;
+  return instead->empty() ? Outcome::Done : fail(line, *instead);
+}
+
+ScriptPlayer::Outcome ScriptPlayer::sleep(const ScriptLine& line) {
+  return tickCount() - lineTick_ >= line.millis ? Outcome::Done : Outcome::NotYet;
+}
+
+void ScriptPlayer::deliverNow(const ScriptLine& line) {
+  if (pointsAtPlace(line)) stage_.handle(moveTo(line));
+  stage_.handle(eventOf(line));
+}
+
+ScriptPlayer::Outcome ScriptPlayer::fail(const ScriptLine& line, const std::string& what) {
+  failure_ = fileName_ + ":" + std::to_string(line.number) + ": " + line.source + ": " + what;
+  return Outcome::Failed;
+}
+
+void ScriptPlayer::endOfScript() {
+  // With a window a person may go on; without one nobody is left.
+  if (stage_.canShow()) {
+    ended_ = true;
+    return;
+  }
+  if (stage_.boxIsUp()) {
+    failure_ = fileName_ + ": the script ends while a box stands unanswered: " + stage_.boxText();
+    return;
+  }
+  ended_ = true;
+  stage_.close();
+}
+
+uint32_t ScriptPlayer::nextStepMillis() const {
+  if (finished() || !lineBegun_ || !failure_.empty()) return WaitForever;
+  const ScriptLine& line = lines_[at_];
+  const uint32_t limit = line.verb == Verb::Sleep ? line.millis : LineLimitMillis;
+  return limit - std::min(limit, tickCount() - lineTick_);
+}
+
+}  // namespace qv

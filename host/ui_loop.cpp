@@ -1,0 +1,211 @@
+#include "host/ui_loop.h"
+
+#include <algorithm>
+
+#include "host/expectations.h"
+#include "platform/display/key_codes.h"
+#include "platform/display/png_file.h"
+#include "platform/text/shift_jis.h"
+#include "scenario/messages.h"
+#include "scenario/scenario.h"
+
+namespace qv {
+
+namespace {
+
+constexpr uint32_t GroundColour = 0x00182430;
+
+}  // namespace
+
+UiLoop::UiLoop(GameHost& host, Display& display, BoxDesk& boxes, Recorder& recorder,
+               Settings settings)
+    : host_(host),
+      display_(display),
+      boxes_(boxes),
+      recorder_(recorder),
+      settings_(std::move(settings)),
+      input_(host, boxes, recorder),
+      frame_(static_cast<size_t>(ScreenWidth) * ScreenHeight, GroundColour) {
+  host_.queue.setWakeHook([this] { display_.wake(); });
+  boxes_.setWakeHook([this] { display_.wake(); });
+}
+
+void UiLoop::play(std::vector<ScriptLine> lines, const std::string& fileName) {
+  ScriptStage& stage = *this;
+  script_.emplace(std::move(lines), fileName, stage);
+}
+
+const std::string& UiLoop::failure() const {
+  static const std::string none;
+  return script_ ? script_->failure() : none;
+}
+
+void UiLoop::run() {
+  host_.uiThread.adoptCurrent();
+  boxes_.setUiThread(Thread::currentId());
+  while (!scenarioEnded_ && !overdue()) {
+    serveQueue();
+    stepScript();
+    paint();
+    if (scenarioEnded_) break;
+    serveDevices();
+  }
+  // What the script still wanted of a game that is over is a failure of the run.
+  if (scenarioEnded_) stepScript();
+  // Nobody may wait for this thread any more.
+  host_.queue.close();
+  host_.windowRequestEvent.set();
+}
+
+void UiLoop::serveQueue() {
+  while (true) {
+    MessageQueue::Received received;
+    if (!host_.queue.receive(received, 0)) return;
+    serve(received);
+  }
+}
+
+void UiLoop::serve(MessageQueue::Received& received) {
+  const Message& message = received.message;
+  switch (message.id) {
+    case MessageCreateWindow: {
+      // The record lies on the stack of the scenario thread, which waits for the event.
+      CreateWindowRequest& request = requestOfResult(message.first);
+      request.result = host_.windows.create(request);
+      host_.windowRequestEvent.set();
+      break;
+    }
+    case MessageDestroyWindow:
+      host_.windows.destroy(reinterpret_cast<const char*>(message.first));
+      host_.windowRequestEvent.set();
+      break;
+    case MessageRefreshCursor:
+      break;  // the host draws no cursor of the game's yet
+    case MessageSceneName:
+      showSceneName();
+      break;
+    case MessageInputWaitBegan:
+      input_.waitBegan();
+      break;
+    case MessageScenarioEnded:
+      scenarioEnded_ = true;
+      break;
+    default:
+      break;
+  }
+}
+
+void UiLoop::showSceneName() {
+  // The scenario thread stands in the sending of this message: its name is safe to read.
+  const std::string scene =
+      host_.manager ? utf8OfShiftJis(host_.manager->sceneName().view()) : std::string();
+  display_.setTitle(scene.empty() ? settings_.applicationName
+                                  : settings_.applicationName + " - " + scene);
+}
+
+void UiLoop::serveDevices() {
+  DisplayEvent event;
+  uint32_t limit = waitMillis();
+  while (display_.waitEvent(event, limit)) {
+    device(event);
+    limit = 0;
+  }
+}
+
+void UiLoop::device(const DisplayEvent& event) {
+  switch (event.kind) {
+    case DisplayEvent::Kind::Close:
+      recorder_.closed();
+      return beginAbort();
+    case DisplayEvent::Kind::Minimised:
+      recorder_.minimised();
+      return host_.window.setMinimised(true);
+    case DisplayEvent::Kind::Restored:
+      recorder_.restored();
+      dirty_ = true;
+      return host_.window.setMinimised(false);
+    case DisplayEvent::Kind::KeyDown:
+      if (event.key == KeyReturn && event.alt)
+        return display_.setFullScreen(!display_.fullScreen());
+      break;
+    default:
+      break;
+  }
+  input_.handle(event);
+}
+
+void UiLoop::stepScript() {
+  if (!script_ || failureSeen_) return;
+  script_->step();
+  if (script_->failure().empty()) return;
+  failureSeen_ = true;
+  // Who waits for what is only to be seen while they still wait.
+  if (script_->stalled()) reportKernelFault(script_->failure());
+  beginAbort();
+}
+
+void UiLoop::beginAbort() {
+  if (aborting_) return;
+  aborting_ = true;
+  abortTick_ = tickCount();
+  host_.abortEvent.set();
+  boxes_.abort();
+}
+
+bool UiLoop::overdue() const {
+  return aborting_ && tickCount() - abortTick_ >= AbortLimitMillis;
+}
+
+uint32_t UiLoop::waitMillis() const {
+  uint32_t limit = script_ ? script_->nextStepMillis() : WaitForever;
+  if (aborting_)
+    limit =
+        std::min(limit, AbortLimitMillis - std::min(AbortLimitMillis, tickCount() - abortTick_));
+  return limit;
+}
+
+void UiLoop::compose() {
+  std::fill(frame_.begin(), frame_.end(), GroundColour);
+  boxes_.draw(frame_);
+}
+
+void UiLoop::paint() {
+  if (boxes_.takeChanged()) dirty_ = true;
+  // A box is task modal: while another thread's is up, the story stands where it next needs us.
+  host_.pauseFlag = !aborting_ && boxes_.holdsOther(scenarioThreadId_) ? 1 : 0;
+  if (!dirty_) return;
+  dirty_ = false;
+  compose();
+  display_.present(frame_);
+}
+
+bool UiLoop::sceneWaits() {
+  return GameHost::Gate(host_).sceneWaits();
+}
+uint32_t UiLoop::waitOrdinal() {
+  return GameHost::Gate(host_).waitOrdinal();
+}
+
+bool UiLoop::answerBox(BoxAnswer answer) {
+  if (!boxes_.answer(answer)) return false;
+  recorder_.answered(answer);
+  return true;
+}
+
+bool UiLoop::shoot(const std::string& file) {
+  compose();
+  std::error_code error;
+  const std::filesystem::path target = settings_.shots / file;
+  std::filesystem::create_directories(target.parent_path(), error);
+  return writePng(frame_, target);
+}
+
+std::optional<std::string> UiLoop::whatIsInstead(const ScriptLine& line) {
+  GameHost::Gate gate(host_);
+  // The wait may have passed its limit since the script looked.
+  if (!gate.sceneWaits()) return std::nullopt;
+  if (line.expectation == ScriptLine::Expectation::Pixel) compose();
+  return compareExpectation(line, host_, frame_);
+}
+
+}  // namespace qv

@@ -1,0 +1,104 @@
+#include "scenario/relations.h"
+
+#include <utility>
+
+#include "scenario/object_kinds.h"
+#include "scenario/scenario.h"
+#include "scenario/window_object.h"
+
+namespace qv {
+
+namespace {
+
+using enum RelationRule;
+
+// The first row that fits counts.
+constexpr Relation Relations[] = {
+    {TypeView, TypeCursor},
+    {TypeView, TypePrintArea},
+    {TypeView, TypeClickMap},
+    {TypeView, TypeAnimationArea},
+    {AnyFrame, AnyKind, AsClient},
+    {TypeSurface, TypePrintArea, Swapped},
+    {TypeCursor, AnyWindow, Swapped},
+    {TypePrintArea, ViewOrFrame, Swapped},
+    {TypePrintArea, TypeSurface},
+    {TypePrintArea, TypePrintArea},
+    {TypePrintArea, TypeHitret},
+    {TypeHitret, AnyWindow, Swapped},
+    {TypeClickMap, ViewOrFrame, Swapped},
+    {TypeClickMap, TypeClickMap},
+    {TypeAnimationArea, ViewOrFrame, Swapped},
+    {TypeAnimationArea, TypeAnimationSurface},
+    {TypeAnimationArea, TypeAnimationSequence},
+    {TypeAnimationArea, TypeAnimationArea},
+};
+
+std::span<const Relation> currentTable = Relations;
+
+bool fits(int kind, const RelatedObject& object) {
+  switch (kind) {
+    case AnyKind:
+      return true;
+    case AnyWindow:
+      return object.window != nullptr;
+    case ViewOrFrame:
+      return object.window && (object.typeCode == TypeView || isFrame(object.typeCode));
+    case AnyFrame:
+      return object.window && isFrame(object.typeCode);
+    default:
+      return object.typeCode == kind;
+  }
+}
+
+std::optional<RelatedObject> resolve(QVScenario& manager, const char* name) {
+  if (LogicalObject* logical = manager.FindObject(name))
+    return RelatedObject{logical, nullptr, logical->typeCode()};
+  if (WindowObject* window = manager.FindWindow(name))
+    return RelatedObject{nullptr, window, window->typeCode()};
+  return std::nullopt;
+}
+
+const Relation* rowFor(const RelatedObject& a, const RelatedObject& b) {
+  for (const Relation& row : currentTable)
+    if (fits(row.kindA, a) && fits(row.kindB, b)) return &row;
+  return nullptr;
+}
+
+}  // namespace
+
+std::optional<FoundRelation> findRelation(QVScenario& manager, const char* nameA,
+                                          const char* nameB) {
+  std::optional<RelatedObject> a = resolve(manager, nameA), b = resolve(manager, nameB);
+  // One swap and a client for each end at most: a frame's client is a view.
+  constexpr int LongestWay = 4;
+  for (int steps = 0; steps < LongestWay && a && b; ++steps) {
+    const Relation* row = rowFor(*a, *b);
+    if (!row) return std::nullopt;
+    switch (row->rule) {
+      case Direct:
+        return FoundRelation{row, *a, *b};
+      case Swapped:
+        std::swap(a, b);
+        break;
+      case AsClient:
+        a = resolve(manager, (a->window->name + QVString("Client")).text());
+        break;
+    }
+  }
+  return std::nullopt;
+}
+
+std::span<const Relation> relationTable() {
+  return Relations;
+}
+
+RelationsScope::RelationsScope(std::span<const Relation> relations) : previous_(currentTable) {
+  currentTable = relations;
+}
+
+RelationsScope::~RelationsScope() {
+  currentTable = previous_;
+}
+
+}  // namespace qv

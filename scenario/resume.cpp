@@ -1,0 +1,7 @@
+#include "scenario/resume.h"
+
+namespace qv {
+
+SceneFunction ResumeScene;
+
+}  // namespace qv

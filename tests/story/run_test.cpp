@@ -1,0 +1,377 @@
+// Whole runs of the host program over small stories: what a player and an author see of it.
+
+#include <algorithm>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/process.h"
+#include "tests/support/test_platform.h"
+
+namespace qv::testing {
+namespace {
+
+const std::string Stories = QV_OUTPUT_DIR "/test-stories/";
+
+class RunTest : public ::testing::Test {
+ protected:
+  /// Runs the host with a script of these lines, a player's folder of its own and a trace.
+  ProcessResult play(const std::string& story, const std::string& script,
+                     std::vector<std::string> options = {"--headless"}, bool freshPlayer = true) {
+    if (freshPlayer) std::filesystem::remove_all(folder.path() / "player");
+    writeWhole(folder.path() / "test.play", script);
+    std::vector<std::string> command{QV_BIN_DIR "/qvrun",
+                                     "--play",
+                                     (folder.path() / "test.play").string(),
+                                     "--user",
+                                     (folder.path() / "player").string(),
+                                     "--trace",
+                                     tracePath().string(),
+                                     "--shots",
+                                     folder.path().string()};
+    command.insert(command.end(), options.begin(), options.end());
+    command.push_back(Stories + story);
+    return runProcess(command);
+  }
+  ProcessResult bare(std::vector<std::string> arguments,
+                     const std::vector<std::string>& environment = {}) {
+    arguments.insert(arguments.begin(), QV_BIN_DIR "/qvrun");
+    return runProcess(arguments, environment);
+  }
+  std::filesystem::path tracePath() const { return folder.path() / "trace"; }
+  std::string traceText() const { return readWhole(tracePath()); }
+  /// The trace without its ticks.
+  std::vector<std::string> traced() const {
+    std::vector<std::string> lines;
+    std::istringstream stream(traceText());
+    for (std::string line; std::getline(stream, line);)
+      lines.push_back(line.substr(line.find(' ') + 1));
+    return lines;
+  }
+  bool tracedLine(const std::string& line) const {
+    const auto lines = traced();
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
+  }
+  std::string scriptError(int line, const std::string& rest) const {
+    return "qvrun: " + (folder.path() / "test.play").string() + ":" + std::to_string(line) + ": " +
+           rest + "\n";
+  }
+  TemporaryFolder folder;
+};
+
+/// The run went well; the message shows what it said.
+void expectGood(const ProcessResult& result) {
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(RunTest, TheFixedChainRunsFromItsFirstFunctionToItsLast) {
+  for (const bool simulated : {false, true}) {
+    const std::vector<std::string> options = simulated ? std::vector<std::string>{"--simulate", "1"}
+                                                       : std::vector<std::string>{"--headless"};
+    expectGood(play("chain", readWhole(QV_SOURCE_DIR "/tests/story/chain/chain.play"), options));
+    std::vector<std::string> scenes;
+    for (const std::string& line : traced())
+      if (line.starts_with("scene ")) scenes.push_back(line.substr(6));
+    ASSERT_GE(scenes.size(), 4u);
+    EXPECT_EQ(scenes[0], "sc_start");
+    EXPECT_EQ(scenes[1], "sc_menu");
+    EXPECT_EQ(scenes[2], "sc000000");
+    EXPECT_EQ(scenes.back(), "END");
+  }
+}
+
+TEST_F(RunTest, ASimulatedRunIsAPureFunctionOfItsSeed) {
+  const std::string script = readWhole(QV_SOURCE_DIR "/tests/story/chain/chain.play");
+  std::vector<std::string> traces;
+  for (const char* seed : {"1", "2", "3", "4", "5", "6"}) {
+    expectGood(play("chain", script, {"--simulate", seed}));
+    traces.push_back(traceText());
+    const std::string system = readWhole(folder.path() / "player/Chain.system.dat");
+    expectGood(play("chain", script, {"--simulate", seed}));
+    EXPECT_EQ(traceText(), traces.back()) << "seed " << seed;
+    EXPECT_EQ(readWhole(folder.path() / "player/Chain.system.dat"), system);
+  }
+  EXPECT_NE(std::count(traces.begin(), traces.end(), traces.front()), 6)
+      << "six seeds and one and the same run";
+}
+
+TEST_F(RunTest, AHundredSeedsPlayTheChainWithoutADeadlock) {
+  const std::string script = readWhole(QV_SOURCE_DIR "/tests/story/chain/chain.play");
+  for (int seed = 1; seed <= 100; ++seed) {
+    const ProcessResult result = play("chain", script, {"--simulate", std::to_string(seed)});
+    ASSERT_EQ(result.status, 0) << "seed " << seed << ": " << result.errors;
+  }
+}
+
+TEST_F(RunTest, AThousandSeedsPlayTheChainWithoutADeadlock) {
+  const std::string script = readWhole(QV_SOURCE_DIR "/tests/story/chain/chain.play");
+  for (int seed = 101; seed <= 1100; ++seed) {
+    const ProcessResult result = play("chain", script, {"--simulate", std::to_string(seed)});
+    ASSERT_EQ(result.status, 0) << "seed " << seed << ": " << result.errors;
+  }
+}
+
+// The abort.
+
+TEST_F(RunTest, ClosingAtAnyWaitOfTheChainEndsTheRunWithinASecond) {
+  constexpr int WaitsOfTheChain = 10;
+  for (const char* option : {"--headless", "--simulate=7"}) {
+    for (int wait = 1; wait <= WaitsOfTheChain; ++wait) {
+      // What leads to the wait, each input at its own number; the close stands in place of the
+      // rest.
+      std::string script;
+      if (wait > 5) script += "@5 click 320 240\n";
+      if (wait > 8) script += "@8 key 1\n";
+      if (wait > 9) script += "@9 key Return\n";
+      script += "@" + std::to_string(wait) + " quit\n";
+      const ProcessResult result = play("chain", script, {option});
+      EXPECT_EQ(result.status, 0) << "wait " << wait << ": " << result.errors;
+      EXPECT_EQ(result.errors, "") << "wait " << wait;
+      EXPECT_LT(result.seconds, 5.0) << "a run of some tenths, and one second to end";
+      EXPECT_FALSE(tracedLine("scene END")) << "the abort does not go through END";
+    }
+  }
+  // The list above is whole: the chain ends by itself behind its last wait.
+  const ProcessResult result =
+      play("chain", "@5 click 320 240\n@8 key 1\n@9 key Return\n@11 quit\n");
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_TRUE(tracedLine("scene END"));
+}
+
+TEST_F(RunTest, ClosingAtAnyMomentOfSimulatedTimeEndsTheRun) {
+  for (int millis = 0; millis <= 2000; millis += 50) {
+    const ProcessResult result = play("chain", "sleep " + std::to_string(millis) + "\nnow close\n",
+                                      {"--simulate", std::to_string(millis + 1)});
+    EXPECT_EQ(result.status, 0) << millis << " ms: " << result.errors;
+    EXPECT_EQ(result.errors, "") << millis << " ms";
+  }
+}
+
+TEST_F(RunTest, ClosingWhileABoxIsUpAnswersItAndEndsTheRun) {
+  for (const char* option : {"--headless", "--simulate=3"}) {
+    expectGood(play("trouble", "key 1\nsleep 300\nshot box.png\nnow close\n", {option}));
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "box.png"));
+    EXPECT_FALSE(tracedLine("scene END"));
+  }
+}
+
+TEST_F(RunTest, ClosingWhileTheGameIsMinimisedEndsTheRun) {
+  for (const char* option : {"--headless", "--simulate=4"}) {
+    const ProcessResult result =
+        play("trouble", "key 2\nnow minimise\nsleep 1500\nquit\n", {option});
+    expectGood(result);
+    EXPECT_TRUE(tracedLine("scene sc000002"));
+  }
+}
+
+TEST_F(RunTest, ARequestStandsStillWhileTheGameIsMinimisedAndGoesOnAfterwards) {
+  for (const char* option : {"--headless", "--simulate=5"})
+    expectGood(play("trouble",
+                    "key 2\nnow minimise\nsleep 2000\nnow restore\nready\nexpect reg 600 1\n"
+                    "expect shown late.view\nkey Return\n",
+                    {option}));
+}
+
+TEST_F(RunTest, HandlesUnwindThroughTheAbortAndTheirWindowsGo) {
+  for (const char* option : {"--headless", "--simulate=6"})
+    expectGood(play("trouble",
+                    "key 3\nready\nexpect shown mine.view\nexpect hidden ours.win\n"
+                    "expect shown kept.winClient\nquit\n",
+                    {option}));
+}
+
+TEST_F(RunTest, ASceneThatNeverComesBackIsLeftBehindWithinASecond) {
+  const ProcessResult result = play("trouble", "key 4\nsleep 200\nnow close\n");
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(result.errors, "qvrun: A scene did not end in time and is left behind.\n");
+  EXPECT_LT(result.seconds, 5.0);
+}
+
+TEST_F(RunTest, ClosingCutsAWaitForASound) {
+  const ProcessResult result = play("trouble", "key 6\nsleep 200\nnow close\n");
+  expectGood(result);
+  EXPECT_LT(result.seconds, 5.0) << "the wait alone is ten seconds";
+  EXPECT_FALSE(tracedLine("scene END"));
+}
+
+// Boxes and errors.
+
+TEST_F(RunTest, ABadRegisterIsReportedInABoxAndTheGameGoesOn) {
+  expectGood(
+      play("trouble", "key 1\nanswer ok\nready\nexpect reg 0 5\nexpect step 1\nkey Return\n"));
+  EXPECT_TRUE(
+      tracedLine("box QVReg - item(): 指定されたインデックス99999は\\n本レジスタの範囲 0 ～ "
+                 "2499を越えています。\\n０番インデックスが指定されたと仮定して処理を継続します"
+                 "。"))
+      << traceText();
+}
+
+TEST_F(RunTest, AnUnansweredBoxFailsTheRun) {
+  const ProcessResult result = play("trouble", "key 1\nready\n");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.errors.find(":2: ready: a box stands unanswered: QVReg - item(): "),
+            std::string::npos)
+      << result.errors;
+}
+
+TEST_F(RunTest, AMissingFileOffersToRetryAndThenEndsTheGame) {
+  const ProcessResult result = play("trouble", "key 5\nanswer retry\nanswer cancel\nanswer ok\n");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.errors.find("The game ended with an error: cannot open: "), std::string::npos)
+      << result.errors;
+  const auto lines = traced();
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                          [](const auto& line) { return line.starts_with("box QVFile - open"); }),
+            2)
+      << "retry asks the system again";
+}
+
+// Expectations.
+
+TEST_F(RunTest, AnExpectationThatFailsTellsTheLineAndWhatWasThere) {
+  ProcessResult result = play("trouble", "ready\n\nexpect scene sc000001\n");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.errors, scriptError(3, "expect scene sc000001: the scene is sc_menu"));
+  result = play("trouble", "expect reg 7 9\n");
+  EXPECT_EQ(result.errors, scriptError(1, "expect reg 7 9: register 7 is 1"));
+  result = play("trouble", "expect reg 2500 0\n");
+  EXPECT_EQ(result.errors, scriptError(1, "expect reg 2500 0: there are only 2500 registers"));
+  result = play("trouble", "expect sysreg 3 -1\n");
+  EXPECT_EQ(result.errors, scriptError(1, "expect sysreg 3 -1: system register 3 is 0"));
+  result = play("trouble", "expect strreg 30 \"名\"\n");
+  EXPECT_EQ(result.errors, scriptError(1, "expect strreg 30 \"名\": string register 30 is \"\""));
+  result = play("trouble", "expect shown cg.view\n");
+  EXPECT_EQ(result.errors, scriptError(1, "expect shown cg.view: there is no window of that name"));
+  result = play("trouble", "key 3\nexpect shown ours.win\n");
+  EXPECT_EQ(result.errors, scriptError(2, "expect shown ours.win: it is hidden"));
+  result = play("trouble", "expect pixel 0 0 FFFFFF\n");
+  EXPECT_EQ(result.errors, scriptError(1, "expect pixel 0 0 FFFFFF: the pixel is 182430"));
+}
+
+TEST_F(RunTest, ALineThatTheGameNeverComesToIsToldWithEveryThreadsWait) {
+  const ProcessResult result = play("trouble", "key 6\n@9 key Return\n", {"--simulate", "1"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.errors.find("the game has ended before this line"), std::string::npos)
+      << result.errors;
+  const ProcessResult stuck = play("trouble", "@9 key Return\n", {"--simulate", "1"});
+  EXPECT_EQ(stuck.status, 1);
+  for (const char* part : {"did not come to this line in ten minutes", "scenario", "main"})
+    EXPECT_NE(stuck.errors.find(part), std::string::npos) << part << " in " << stuck.errors;
+}
+
+TEST_F(RunTest, WordsOfLaterSubsystemsEndWithStatusTwo) {
+  for (const char* line : {"type \"x\"", "expect sound wave none", "expect sound song K01"}) {
+    const ProcessResult result = play("trouble", std::string("ready\n") + line + "\n");
+    EXPECT_EQ(result.status, 2) << line;
+    EXPECT_NE(result.errors.find("line 2: this program cannot"), std::string::npos)
+        << result.errors;
+  }
+}
+
+// Recording.
+
+TEST_F(RunTest, ARecordedRunReplaysExactly) {
+  const std::string record = (folder.path() / "record.play").string();
+  const std::string script = "key 1\nanswer ok\nsleep 50\nclick 12 34\n";
+  expectGood(play("trouble", script, {"--simulate", "11", "--record", record}));
+  const std::string first = traceText();
+  const std::string recorded = readWhole(record);
+  EXPECT_EQ(recorded, "@1 key 1\nanswer ok\n@2 click 12 34\n");
+  expectGood(play("trouble", recorded, {"--simulate", "12"}));
+  const auto lines = traced();
+  EXPECT_TRUE(tracedLine("scene END"));
+  expectGood(play("trouble", recorded, {"--simulate", "12", "--record", record}));
+  EXPECT_EQ(readWhole(record), recorded);
+  EXPECT_EQ(traced(), lines);
+}
+
+// Starting.
+
+TEST_F(RunTest, AGameMayStartAtAScene) {
+  expectGood(play("trouble", "expect scene sc000003\nkey Return\n",
+                  {"--headless", "--scene", "sc000003"}));
+  EXPECT_EQ(traced()[0], "scene sc_start");
+  EXPECT_EQ(traced()[1], "scene sc000003");
+}
+
+TEST_F(RunTest, WhatCannotBeUsedIsToldInOneSentenceWithStatusTwo) {
+  const std::string user = (folder.path() / "player").string();
+  writeWhole(folder.path() / "garbage/game.so", "no library");
+  writeWhole(folder.path() / "bad.play", "ready\njump\n");
+  const std::string trouble = Stories + "trouble";
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{"--nonsense"}, "nonsense"},
+      {{"--simulate", "x", trouble}, "simulate"},
+      {{(folder.path() / "nowhere").string()}, "There is no game folder"},
+      {{folder.path().string()}, "game.so is missing"},
+      {{(folder.path() / "garbage").string()}, "cannot be loaded"},
+      {{Stories + "foreign_number"}, "built for another version"},
+      {{Stories + "nameless"}, "is no game module"},
+      {{"--headless", "--scene", "sc999999", trouble}, "no scene named sc999999"},
+      {{"--headless", "--scene", "sc_start", trouble}, "no scene named sc_start"},
+      {{"--headless", "--scene", "END", trouble}, "no scene named END"},
+      {{"--headless", "--scene", "EXCEPTION_ENTRY", trouble}, "no scene named EXCEPTION_ENTRY"},
+      {{"--headless", "--scene", "printf", trouble}, "no scene named printf"},
+      {{"--headless", "--play", (folder.path() / "none.play").string(), trouble}, "cannot be read"},
+      {{"--headless", "--play", folder.path().string(), trouble}, "cannot be read"},
+      {{"--headless", "--play", (folder.path() / "bad.play").string(), trouble},
+       "line 2: \"jump\""},
+      {{"--headless", "--disc", "/nowhere", trouble}, "disc's folder"},
+      {{"--headless", "--trace", "/nowhere/trace", trouble}, "trace"},
+      {{"--headless", "--record", "/nowhere/record", trouble}, "record"},
+      {{"--headless", "--user", "/proc/nowhere", trouble}, "player's folder"},
+  };
+  for (const auto& [arguments, part] : cases) {
+    const ProcessResult result = bare(arguments);
+    EXPECT_EQ(result.status, 2) << part;
+    EXPECT_NE(result.errors.find(part), std::string::npos) << result.errors;
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+  }
+}
+
+TEST_F(RunTest, WithoutADisplayItSaysSoInOneSentence) {
+  const ProcessResult result =
+      bare({"--user", (folder.path() / "player").string(), Stories + "trouble"},
+           {"DISPLAY=", "WAYLAND_DISPLAY=", "SDL_VIDEODRIVER="});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+}
+
+TEST_F(RunTest, HelpAndVersionAnswerWithStatusZero) {
+  ProcessResult result = bare({"--help"});
+  EXPECT_EQ(result.status, 0);
+  for (const char* option : {"--play", "--headless", "--simulate", "--shots", "--trace", "--user",
+                             "--disc", "--scene", "--record"})
+    EXPECT_NE(result.output.find(option), std::string::npos) << option;
+  result = bare({"--version"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_TRUE(result.output.starts_with("qvrun ")) << result.output;
+}
+
+TEST_F(RunTest, SettingsSurviveARestartInTheSystemFile) {
+  expectGood(play("chain", readWhole(QV_SOURCE_DIR "/tests/story/chain/chain.play")));
+  const std::string system = readWhole(folder.path() / "player/Chain.system.dat");
+  ASSERT_EQ(system.size(), 8206u) << "a setting is written at once";
+  EXPECT_EQ(system[14 + 4 * 64], 3) << "the chain sets system register 64";
+  // What the file says of another register is what the next run starts from.
+  std::string changed = system;
+  changed[14 + 4 * 65] = 5;
+  writeWhole(folder.path() / "player/Chain.system.dat", changed);
+  expectGood(
+      play("chain", "expect sysreg 65 5\nexpect sysreg 64 3\nquit\n", {"--headless"}, false));
+}
+
+TEST_F(RunTest, TheSampleIsReadFromItsTitleToAnEnding) {
+  const std::string user = (folder.path() / "player").string();
+  for (const char* seed : {"1", "2", "3", "4", "5", "6", "7", "8"}) {
+    std::filesystem::remove_all(user);
+    const ProcessResult result =
+        bare({"--simulate", seed, "--user", user, "--shots", folder.path().string(), "--play",
+              QV_OUTPUT_DIR "/vorlane/sample.play", QV_OUTPUT_DIR "/vorlane"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+  }
+}
+
+}  // namespace
+}  // namespace qv::testing

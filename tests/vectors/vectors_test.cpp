@@ -1,0 +1,182 @@
+/// vectors_test FOLDER: runs every worked case of a folder against the engine. Prints a line for
+/// each case that fails and closes with the counts. Status 0 when none failed, 1 when one did,
+/// 2 when the folder cannot be read.
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <map>
+
+#include "foundation/diagnostic.h"
+#include "tests/vectors/case.h"
+
+namespace qv::vectors {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Kinds wait by name until their code is built, so that a kind nobody has heard of is a failure
+/// and no case is passed over unnoticed.
+const std::vector<Topic>& topics() {
+  static const std::vector<Topic> all = {
+      {"mcg", {}, {"mcg", "rcg", "sld"}},
+      {"dib",
+       {},
+       {"assign32", "assign_table", "blit", "blit_scaled", "clip_axis", "colour_counts",
+        "default_table", "fill", "load_bmp", "mirror", "packed_dib", "packed_size", "save_tagged32",
+        "save_tagged8", "tile_onto", "write_bmp32", "write_bmp8"}},
+      {"kernels",
+       {},
+       {"blendRows", "blendRowsKey", "blend_channel", "blitBlended", "blitBlendedKey", "combRows",
+        "combRowsKey", "copyRows", "copyRows32", "copyRowsKey", "ditherRows", "ditherRowsKey",
+        "expandRows", "expandRowsKey", "level_clamp_32"}},
+      {"palette",
+       {},
+       {"MergePalette", "MergePalette2", "bright", "copyRange", "create", "fadePalette",
+        "fade_tables", "fill", "raise", "readFile", "set", "setColours", "setColoursRange", "tint",
+        "tintMonochrome", "tint_formula"}},
+      {"views",
+       {},
+       {"clip_limit", "clip_shape", "fade_view", "flush_wipe", "levels", "move_clamped",
+        "palette_fade_rounds", "position_codes", "sin_table", "slide_wipe", "spin_rows",
+        "spin_rows_480", "tile_limits", "zoom"}},
+      {"sequence", {}, {"mouth", "sequence"}},
+      {"registers", registerKinds(), {}},
+      {"save",
+       saveKinds(),
+       {"date_rule", "load_screen_marks", "newest_quick", "quick_load_file", "quick_rotation",
+        "slots"}},
+      {"midi", {}, {"midi"}},
+      {"sound", {}, {"effect_labels", "effect_table", "sequence", "song_files"}},
+      {"layout", {}, {"home", "no_line_start", "outline_order", "print_text", "set_position"}},
+      {"message",
+       {},
+       {"add_history", "hero_names", "print_pending", "scroll", "speak_line", "speaker_tag",
+        "voice_switch"}},
+      {"screens",
+       {},
+       {"affection_above", "calendar", "change_parameter", "char_list", "compare_affection",
+        "gallery_buttons", "gallery_cells", "gallery_pages", "gallery_percent", "list_cell",
+        "palette_grid", "palette_keys", "pendant", "row_places", "row_text"}},
+      {"strings", stringKinds(), {}},
+      {"clickmap", {}, {"input", "map_file", "map_signature", "tick_wait", "wait", "wait_units"}},
+  };
+  return all;
+}
+
+struct Counts {
+  int passed = 0, failed = 0, skipped = 0;
+  /// Why and the topic, to kinds with their number of cases.
+  std::map<std::string, std::map<std::string, int>> skippedKinds;
+};
+
+const Topic* topicNamed(const std::string& name) {
+  const auto found = std::find_if(topics().begin(), topics().end(),
+                                  [&](const Topic& topic) { return topic.name == name; });
+  return found == topics().end() ? nullptr : &*found;
+}
+
+const Kind* kindNamed(const Topic& topic, const std::string& name) {
+  const auto found = std::find_if(topic.kinds.begin(), topic.kinds.end(),
+                                  [&](const Kind& kind) { return kind.name == name; });
+  return found == topic.kinds.end() ? nullptr : &*found;
+}
+
+bool isAwaited(const Topic& topic, const std::string& name) {
+  return std::find(topic.awaited.begin(), topic.awaited.end(), name) != topic.awaited.end();
+}
+
+/// What differed, or nothing.
+std::string run(const Kind& kind, const Json& fields, const fs::path& folder) {
+  try {
+    Case given(fields, folder);
+    kind.run(given);
+    return "";
+  } catch (const Mismatch& mismatch) {
+    return mismatch.what();
+  } catch (const Diagnostic& diagnostic) {
+    return std::string("raised ") + (diagnostic.title() ? diagnostic.title() : "a diagnostic");
+  } catch (const std::exception& error) {
+    return std::string("cannot be run: ") + error.what();
+  }
+}
+
+void runCase(const std::string& topicName, const Json& fields, const fs::path& folder,
+             Counts& counts) {
+  const auto id = fields.at("id").get<std::string>(), name = fields.at("kind").get<std::string>();
+  const Topic* topic = topicNamed(topicName);
+  const Kind* kind = topic ? kindNamed(*topic, name) : nullptr;
+  const bool awaited = topic && isAwaited(*topic, name);
+  if (!kind && !awaited) {
+    ++counts.failed;
+    std::cout << id << ": the kind \"" << topicName << " " << name << "\" is in no list\n";
+    return;
+  }
+  const bool ambiguous = fields.at("ambiguous").get<bool>();
+  if (ambiguous || awaited) {
+    ++counts.skipped;
+    ++counts.skippedKinds[(ambiguous ? "ambiguous, " : "not built yet, ") + topicName][name];
+    return;
+  }
+  const std::string difference = run(*kind, fields, folder);
+  if (difference.empty()) {
+    ++counts.passed;
+  } else {
+    ++counts.failed;
+    std::cout << id << ": " << difference << "\n";
+  }
+}
+
+/// Names of the folder's case files in their order.
+std::vector<fs::path> caseFiles(const fs::path& folder) {
+  std::vector<fs::path> files;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+    if (entry.path().extension() == ".json") files.push_back(entry.path());
+  std::sort(files.begin(), files.end());
+  if (files.empty()) throw std::runtime_error("no case files in " + folder.string());
+  return files;
+}
+
+void runFile(const fs::path& path, Counts& counts) {
+  std::ifstream stream(path);
+  if (!stream) throw std::runtime_error(path.string() + " cannot be read");
+  Json file;
+  try {
+    file = Json::parse(stream);
+    for (const Json& fields : file.at("cases"))
+      runCase(file.at("topic"), fields, path.parent_path(), counts);
+  } catch (const Json::exception& error) {
+    throw std::runtime_error(path.string() + " is no file of cases: " + error.what());
+  }
+}
+
+int runFolder(const fs::path& folder) {
+  Counts counts;
+  try {
+    for (const fs::path& file : caseFiles(folder))
+      runFile(file, counts);
+  } catch (const std::exception& error) {
+    std::cerr << "vectors_test: " << error.what() << "\n";
+    return 2;
+  }
+  for (const auto& [reason, kinds] : counts.skippedKinds) {
+    std::cout << "skipped, " << reason << ":";
+    for (const auto& [kind, count] : kinds)
+      std::cout << " " << kind << " (" << count << ")";
+    std::cout << "\n";
+  }
+  std::cout << counts.passed << " passed, " << counts.failed << " failed, " << counts.skipped
+            << " skipped\n";
+  return counts.failed ? 1 : 0;
+}
+
+}  // namespace
+}  // namespace qv::vectors
+
+int main(int count, char** arguments) {
+  if (count != 2) {
+    std::cerr << "usage: vectors_test FOLDER\n";
+    return 2;
+  }
+  return qv::vectors::runFolder(arguments[1]);
+}
