@@ -170,6 +170,7 @@ void WindowDisplay::emit(DisplayEvent::Kind kind) {
 }
 
 void WindowDisplay::handleWindow(const SDL_WindowEvent& event) {
+  if (event.windowID != SDL_GetWindowID(window_)) return;
   switch (event.event) {
     case SDL_WINDOWEVENT_CLOSE:
       emit(DisplayEvent::Kind::Close);

@@ -1,5 +1,6 @@
 #include "tests/support/golden.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -9,6 +10,12 @@ namespace {
 
 std::filesystem::path beside(std::filesystem::path golden, const char* kind) {
   return golden.replace_extension(kind);
+}
+
+std::string colourText(uint32_t colour) {
+  char digits[8];
+  std::snprintf(digits, sizeof digits, "%06X", static_cast<unsigned>(colour & 0xFFFFFF));
+  return digits;
 }
 
 }  // namespace
@@ -47,8 +54,9 @@ std::filesystem::path beside(std::filesystem::path golden, const char* kind) {
   const auto width = static_cast<size_t>(drawn.width);
   return ::testing::AssertionFailure()
          << count << " pixels differ from " << golden << ", the first at " << first % width << ", "
-         << first / width << ": " << std::hex << drawn.pixels[first] << " instead of "
-         << wanted->pixels[first] << "; see " << actualFile << " and " << differenceFile;
+         << first / width << ": " << colourText(drawn.pixels[first]) << " instead of "
+         << colourText(wanted->pixels[first]) << "; see " << actualFile << " and "
+         << differenceFile;
 }
 
 }  // namespace qv::testing

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -37,6 +38,7 @@ class VirtualScreen {
     if (pipe(ends) != 0) return;
     server_ = fork();
     if (server_ == 0) {
+      prctl(PR_SET_PDEATHSIG, SIGTERM);  // a test that is killed leaves no server behind
       const std::string number = std::to_string(ends[1]);
       const std::string size = std::to_string(RootWidth) + "x" + std::to_string(RootHeight) + "x24";
       const int nowhere = ::open("/dev/null", O_WRONLY);
@@ -167,7 +169,8 @@ class WindowTest : public ::testing::Test {
     SDL_Event event = {};
     event.type = SDL_WINDOWEVENT;
     event.window.event = kind;
-    event.window.windowID = 1;
+    for (Uint32 id = 1; id < 1000 && event.window.windowID == 0; ++id)
+      if (SDL_GetWindowFromID(id)) event.window.windowID = id;
     push(event);
   }
 
@@ -221,7 +224,23 @@ TEST_F(WindowTest, ShowsWholeFactorsOnRequest) {
   EXPECT_EQ(at(single, 380, 260), 0xFFFFFFu);
 }
 
-TEST_F(WindowTest, DrawsTheLastFrameAgainWhenItComesToLight) {
+TEST_F(WindowTest, DrawsTheLastFrameAgainWhenItIsUncovered) {
+  open();
+  display_->present(testFrame());
+  screenshotWhere(330, 250, 0xC02020);
+  SDL_Window* cover = SDL_CreateWindow("cover", 0, 0, RootWidth, RootHeight, SDL_WINDOW_BORDERLESS);
+  SDL_Surface* surface = SDL_GetWindowSurface(cover);
+  SDL_FillRect(surface, nullptr, 0xFF00FF);
+  for (int i = 0; i < 5; ++i) {
+    settle(50);
+    SDL_UpdateWindowSurface(cover);
+  }
+  EXPECT_EQ(at(screenshotWhere(330, 250, 0xFF00FF), 330, 250), 0xFF00FFu);
+  SDL_DestroyWindow(cover);
+  EXPECT_EQ(at(screenshotWhere(330, 250, 0xC02020), 330, 250), 0xC02020u);
+}
+
+TEST_F(WindowTest, DrawsTheLastFrameAgainWhenItIsMappedAgain) {
   open();
   display_->present(testFrame());
   screenshotWhere(330, 250, 0xC02020);
@@ -456,7 +475,7 @@ TEST_F(WindowTest, AWakeEndsTheWaitThatRunsOrTheNextOne) {
     display_->wake();
   });
   start = tickCount();
-  EXPECT_FALSE(display_->waitEvent(event, WaitForever));
+  EXPECT_FALSE(display_->waitEvent(event, 20'000));
   EXPECT_LT(tickCount() - start, 10'000u);
   waker.join();
 }
