@@ -3,10 +3,9 @@
 # them. Sourced by ./play, ./test, bench/run and tests/fuzz/run.
 
 declare -A packagesFor=(
-  [build]="cmake ninja-build g++ pkg-config libsdl2-dev libfreetype-dev libpng-dev
-           libtomlplusplus-dev libcli11-dev"
+  [build]="cmake ninja-build g++ pkg-config libsdl2-dev libfreetype-dev libpng-dev libcli11-dev"
   [play]="fonts-ipafont-gothic fonts-ipafont-mincho"
-  [test]="libgtest-dev libgmock-dev nlohmann-json3-dev xvfb xdotool imagemagick strace"
+  [test]="libgtest-dev libgmock-dev nlohmann-json3-dev xvfb xdotool imagemagick openbox"
   [fuzz]="clang libclang-rt-dev"
   [format]="clang-format"
   [tidy]="clang-tidy"

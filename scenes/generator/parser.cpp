@@ -504,7 +504,7 @@ Act SceneReader::readIf(int depth) {
     words = words.substr(0, arrow);
   }
   std::optional<Condition> condition = parseCondition(words, story_, act.place, problems_);
-  act.branches.push_back({.condition = condition ? condition->code : "false"});
+  act.branches.push_back({.condition = condition ? condition->code : "false", .acts = {}});
   ++at_;
   if (oneLine) {
     Act go{.kind = Act::Kind::Go, .place = act.place};
@@ -538,7 +538,7 @@ Act SceneReader::readIf(int depth) {
       act.branches.push_back({});
     } else if (word == "if") {
       condition = parseCondition(rest, story_, placeOf(line), problems_);
-      act.branches.push_back({.condition = condition ? condition->code : "false"});
+      act.branches.push_back({.condition = condition ? condition->code : "false", .acts = {}});
     } else {
       problem(line, "write @else, or @else if CONDITION.");
       act.branches.push_back({});

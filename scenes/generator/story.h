@@ -15,7 +15,7 @@ struct Act;
 
 struct Branch {
   std::string condition{};  ///< C++; empty: the last branch, taken when no other is
-  std::vector<Act> acts{};
+  std::vector<Act> acts;    // no initialiser: it would need Act whole
 };
 
 /// A choice or a place with the scene it leads to.
