@@ -110,7 +110,7 @@ class FakeHost : public ScenarioHost {
   std::vector<SeenRequest> created;
   std::vector<std::string> destroyed;
   std::function<void()> onInputWait;
-  int waitsBegan = 0, waitsEnded = 0;
+  std::atomic<int> waitsBegan = 0, waitsEnded = 0;  // the other party of a wait is another thread
 
  private:
   static constexpr uint32_t QuitMessage = 1;
