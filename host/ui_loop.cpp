@@ -70,7 +70,7 @@ void UiLoop::serve(MessageQueue::Received& received) {
   switch (message.id) {
     case MessageCreateWindow: {
       // The record lies on the stack of the scenario thread, which waits for the event.
-      CreateWindowRequest& request = requestOfResult(message.first);
+      CreateWindowRequest& request = CreateWindowRequest::ofMessage(message.first);
       request.result = host_.windows.create(request);
       host_.windowRequestEvent.set();
       break;

@@ -40,13 +40,6 @@ bool liesIn(const WindowObject* window, const WindowObject* ancestor) {
 
 }  // namespace
 
-CreateWindowRequest& requestOfResult(uintptr_t resultAddress) {
-  static const CreateWindowRequest probe;
-  const uintptr_t offset =
-      reinterpret_cast<uintptr_t>(&probe.result) - reinterpret_cast<uintptr_t>(&probe);
-  return *reinterpret_cast<CreateWindowRequest*>(resultAddress - offset);
-}
-
 HostWindowObject* WindowList::findLocked(const char* name) const {
   if (!name) return nullptr;
   for (const auto& window : windows_)

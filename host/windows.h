@@ -29,9 +29,6 @@ class HostWindowObject : public WindowObject {
   int32_t code_;
 };
 
-/// The record of a create request, from the address of its result field that the message carries.
-CreateWindowRequest& requestOfResult(uintptr_t resultAddress);
-
 class WindowList {
  public:
   /// `lock` guards the list.

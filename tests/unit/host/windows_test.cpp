@@ -102,10 +102,5 @@ TEST_F(WindowListTest, TheFirstOfACodeIsTheOldest) {
   EXPECT_EQ(list.findByCode(TypeReleasedWindow), nullptr);
 }
 
-TEST_F(WindowListTest, TheRecordIsFoundFromItsResultField) {
-  CreateWindowRequest request;
-  EXPECT_EQ(&requestOfResult(reinterpret_cast<uintptr_t>(&request.result)), &request);
-}
-
 }  // namespace
 }  // namespace qv
