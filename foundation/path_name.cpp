@@ -107,7 +107,8 @@ void QVPathName::setRelative(const char* name) {
 }
 
 void QVPathName::set(const QVString& name) {
-  const QVString kept = name;
+  // `name` may be this object's own text.
+  const QVString kept = name;  // NOLINT(performance-unnecessary-copy-initialization)
   set(kept.text());
 }
 

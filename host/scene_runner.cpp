@@ -35,14 +35,14 @@ RunResult guarded(const Stretch& stretch) {
 }  // namespace
 
 RunResult SceneRunner::run(SceneFunction first) {
-  const RunResult result = guarded([&] {
+  RunResult result = guarded([&] {
     SceneFunction scene = module_.start(&host_);
     if (first) scene = first;
     while (scene)
       scene = scene();
   });
   if (result.end == RunResult::End::Finished) return result;
-  const RunResult cleanUp = guarded([&] { module_.exceptionEntry(); });
+  RunResult cleanUp = guarded([&] { module_.exceptionEntry(); });
   return cleanUp.end == RunResult::End::Failed ? cleanUp : result;
 }
 

@@ -23,7 +23,7 @@ uint32_t scaledMillis(int32_t time, uint32_t unitMillis) {
 }
 
 CreateWindowRequest& CreateWindowRequest::ofMessage(uintptr_t first) {
-  // The result stands behind the host's pointer.
+  // The result stands behind the host's pointer. NOLINTNEXTLINE(bugprone-sizeof-expression)
   return *reinterpret_cast<CreateWindowRequest*>(first - sizeof(ScenarioHost*));
 }
 

@@ -132,7 +132,7 @@ FileSystem::Opened FileSystem::Body::install(std::unique_ptr<OpenFile> file) {
   for (size_t index = 0; index < slots.size(); ++index) {
     OpenFile* empty = nullptr;
     if (slots[index].compare_exchange_strong(empty, file.get())) {
-      file.release();
+      static_cast<void>(file.release());  // the slot owns it now
       return {static_cast<Handle>(index + 1), FileOk};
     }
   }

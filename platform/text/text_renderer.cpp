@@ -64,7 +64,8 @@ char32_t substituteFor(char32_t character) {
 }  // namespace
 
 struct TextRenderer::Body {
-  explicit Body(std::filesystem::path folder) : lock("text", LockRank::Leaf), fontFolder(folder) {}
+  explicit Body(std::filesystem::path folder)
+      : lock("text", LockRank::Leaf), fontFolder(std::move(folder)) {}
   ~Body() {
     for (Face& face : faces)
       if (face.face) FT_Done_Face(face.face);

@@ -149,7 +149,7 @@ class SceneReader {
 
 std::string SceneReader::sceneNameOf(const Line& line) {
   std::string_view rest;
-  const std::string name = firstWord(line.rest, rest);
+  std::string name = firstWord(line.rest, rest);
   if (name.empty())
     problem(line, "the name is missing; write @" + line.command + " NAME.");
   else if (!isSceneName(name))
