@@ -7,12 +7,7 @@
 #include <vector>
 
 #include <SDL2/SDL.h>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <signal.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/display/display.h"
@@ -20,52 +15,12 @@
 #include "platform/display/png_file.h"
 #include "platform/kernel/kernel.h"
 #include "tests/support/test_platform.h"
+#include "tests/support/virtual_screen.h"
 
 namespace qv {
 namespace {
 
-constexpr int RootWidth = 1280, RootHeight = 960;
-
-bool installed(const char* program) {
-  return std::system(("command -v " + std::string(program) + " >/dev/null 2>&1").c_str()) == 0;
-}
-
-/// An X server of the test's own, on the first display number that is free.
-class VirtualScreen {
- public:
-  VirtualScreen() {
-    int ends[2];
-    if (pipe(ends) != 0) return;
-    server_ = fork();
-    if (server_ == 0) {
-      prctl(PR_SET_PDEATHSIG, SIGTERM);  // a test that is killed leaves no server behind
-      const std::string number = std::to_string(ends[1]);
-      const std::string size = std::to_string(RootWidth) + "x" + std::to_string(RootHeight) + "x24";
-      const int nowhere = ::open("/dev/null", O_WRONLY);
-      dup2(nowhere, 1);
-      dup2(nowhere, 2);
-      execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-noreset", "-nolisten", "tcp",
-             "-screen", "0", size.c_str(), static_cast<char*>(nullptr));
-      _exit(127);
-    }
-    close(ends[1]);
-    pollfd ready = {ends[0], POLLIN, 0};
-    char digits[16] = {};
-    if (server_ > 0 && poll(&ready, 1, 20'000) == 1 && read(ends[0], digits, 15) > 0)
-      name_ = ":" + std::to_string(std::atoi(digits));
-    close(ends[0]);
-  }
-  ~VirtualScreen() {
-    if (server_ <= 0) return;
-    kill(server_, SIGTERM);
-    waitpid(server_, nullptr, 0);
-  }
-  const std::string& name() const { return name_; }
-
- private:
-  pid_t server_ = -1;
-  std::string name_;
-};
+using namespace testing;
 
 /// Four quarters, and one white pixel at 100, 50.
 Frame testFrame() {
@@ -86,9 +41,7 @@ class WindowTest : public ::testing::Test {
       if (!installed(program)) GTEST_SKIP() << program << " is not installed";
     screen_ = std::make_unique<VirtualScreen>();
     ASSERT_FALSE(screen_->name().empty()) << "Xvfb did not start";
-    setenv("DISPLAY", screen_->name().c_str(), 1);
-    unsetenv("WAYLAND_DISPLAY");
-    unsetenv("SDL_VIDEODRIVER");
+    screen_->use();
   }
   void TearDown() override { display_.reset(); }
 
@@ -349,29 +302,16 @@ class ManagedWindowTest : public WindowTest {
     if (!installed("openbox")) GTEST_SKIP() << "openbox is not installed";
     WindowTest::SetUp();
     if (IsSkipped() || HasFatalFailure()) return;
-    const std::string started = folder_.path() / "started";
-    manager_ = fork();
-    if (manager_ == 0) {
-      const int nowhere = ::open("/dev/null", O_WRONLY);
-      dup2(nowhere, 1);
-      dup2(nowhere, 2);
-      execlp("openbox", "openbox", "--sm-disable", "--startup", ("touch " + started).c_str(),
-             static_cast<char*>(nullptr));
-      _exit(127);
-    }
-    for (int i = 0; i < 1000 && !std::filesystem::exists(started); ++i)
-      sleepMillis(10);
-    ASSERT_TRUE(std::filesystem::exists(started)) << "openbox did not start";
+    manager_ = std::make_unique<WindowManager>();
+    ASSERT_TRUE(manager_->started()) << "openbox did not start";
   }
   void TearDown() override {
     WindowTest::TearDown();
-    if (manager_ <= 0) return;
-    kill(manager_, SIGTERM);
-    waitpid(manager_, nullptr, 0);
+    manager_.reset();
   }
 
  private:
-  pid_t manager_ = -1;
+  std::unique_ptr<WindowManager> manager_;
 };
 
 TEST_F(ManagedWindowTest, FillsTheScreenAndComesBack) {
