@@ -6,13 +6,9 @@
 #include <cstdint>
 
 #include "foundation/string.h"
+#include "graphics/rectangle.h"
 
 namespace qv {
-
-struct Rectangle {
-  int32_t left = 0, top = 0, right = 0, bottom = 0;  ///< right and bottom are exclusive
-  bool operator==(const Rectangle&) const = default;
-};
 
 /// A window of the host: the real one, a view, a box's owner.
 class NativeWindow {

@@ -1,0 +1,161 @@
+#pragma once
+
+/// QVVSurface and QVVSurface24: pixels in memory that the engine draws into. The first has 8 bits
+/// a pixel and 256 colours, the second 32 bits (blue, green, red, fourth). A surface always has
+/// pixels: 16 by 16 once constructed. Rows lie bottom row first.
+///
+/// A surface has two colour tables: the stored one, and the one of its device context, which is
+/// what the screen shows and what fades write alone. Every operation that touches pixels or tables
+/// takes the locks of its surfaces, in their order, for as long as it runs, and calls nothing else
+/// meanwhile. Any thread.
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "foundation/string.h"
+#include "graphics/colour_key.h"
+#include "graphics/kernels/kernels.h"
+#include "graphics/rectangle.h"
+#include "platform/kernel/kernel.h"
+
+namespace qv {
+
+class QVDib;
+class QVFile;
+class QVPathName;
+class QVVSurface24;
+
+using ColourTable = std::array<uint32_t, 256>;  ///< blue, green, red, 0 in memory order
+
+/// A new surface's colours: a grey ramp with the twenty static colours.
+const ColourTable& defaultColours();
+
+class QVVSurface {
+ public:
+  QVVSurface();
+  virtual ~QVVSurface() = default;
+  QVVSurface(const QVVSurface&) = delete;
+  QVVSurface& operator=(const QVVSurface&) = delete;
+
+  virtual void loadFromPathName(const QVPathName& path);
+  virtual void loadFromFile(const char* name);
+  /// Only bitmaps of 8 bits; anything else is ignored without a word.
+  virtual void assignDib(const QVDib& dib);
+  virtual void loadByName(const char* name);
+  /// New pixels, all zero, and the colours of a new surface. At most MostPixels; sizes below 1
+  /// count as 0. Throws NotEnoughMemoryException.
+  virtual void create(int32_t width, int32_t height);
+  /// The whole surface stretched onto the rectangle, by nearest pixels, with `target`'s clip.
+  virtual void stretchTo(QVVSurface& target, int32_t x, int32_t y, int32_t w, int32_t h);
+  virtual void blitDib(const QVDib& dib, ColourKey key);
+  virtual void tileOnto(QVVSurface& target, const Rectangle* rectangle, bool copyPalette);
+  virtual void setColours(const ColourTable& table, int32_t targetFirst, int32_t sourceFirst,
+                          int32_t count);
+  virtual void setColoursRange(const ColourTable& table, int32_t first, int32_t count);
+  virtual void copyPaletteFrom(const QVVSurface& source);
+  virtual void copyPaletteFromDib(const QVDib& dib);
+  virtual void fadePalette(const ColourTable& target, int32_t step, int32_t steps);
+  virtual void saveTagged(QVFile& file);
+  virtual void loadTagged(QVFile& file);
+  virtual void saveBmpByName(const char* path);
+  virtual void writeBmp(QVFile& file);
+
+  // All blits clip to both surfaces; nothing inside both is nothing drawn, silently.
+  void blit(QVVSurface& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
+            int32_t h, ColourKey key) const;
+  /// `level`: -15 to -1 a pattern, 0 and 1 a copy, 2 and above a comb, -16 and below nothing.
+  void blitBlended(QVVSurface& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
+                   int32_t h, int32_t level) const;
+  void blitBlendedKey(QVVSurface& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
+                      int32_t h, int32_t level, ColourKey key) const;
+  void blitTo32(QVVSurface24& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
+                int32_t h, ColourKey key) const;
+  /// `level`: 0 to 16, sixteenths.
+  void blitTo32Blend(QVVSurface24& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy,
+                     int32_t w, int32_t h, int32_t level) const;
+  void blitTo32BlendKey(QVVSurface24& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy,
+                        int32_t w, int32_t h, int32_t level, ColourKey key) const;
+  void blitScaled(QVVSurface& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
+                  int32_t h, int32_t xFactor, int32_t yFactor) const;
+  void fill(uint8_t index, const Rectangle* rectangle = nullptr);
+  /// `axis` 1 exchanges rows, 2 reverses each row; w or h of 0 means full.
+  void mirror(int32_t axis, int32_t x, int32_t y, int32_t w, int32_t h);
+  void tintMonochrome(int32_t red, int32_t green, int32_t blue, int32_t first, int32_t count);
+
+  /// Paints a part through the shown colours onto 0x00RRGGBB pixels, top row first, clipped to
+  /// both: what a window does with its surface.
+  void paint(std::span<uint32_t> pixels, int32_t width, int32_t height, int32_t x, int32_t y,
+             const Rectangle& part) const;
+
+  int32_t width() const;
+  int32_t height() const;
+  static constexpr int32_t strideOf(int32_t width) { return (width + 3) & ~3; }
+  uint8_t pixel(int32_t x, int32_t y) const;  ///< 0 outside
+  ColourTable storedColours() const;
+  ColourTable shownColours() const;
+
+  /// The pixels under the lock, for who walks over them; nothing else may be called meanwhile.
+  class Access {
+   public:
+    explicit Access(QVVSurface& surface) : surface_(surface) { surface.lock_.lock(); }
+    ~Access() { surface_.lock_.unlock(); }
+    Access(const Access&) = delete;
+    Access& operator=(const Access&) = delete;
+    /// Row y from the top, strideOf(width) bytes.
+    uint8_t* row(int32_t y) const {
+      return surface_.bits_.data() +
+             static_cast<size_t>(surface_.height_ - y - 1) * strideOf(surface_.width_);
+    }
+
+   private:
+    QVVSurface& surface_;
+  };
+
+ private:
+  friend class QVVSurface24;
+  friend class SurfacePair;
+  mutable Lock lock_;  ///< guards all below
+  int32_t width_ = 0, height_ = 0;
+  std::vector<uint8_t> bits_;
+  ColourTable stored_{}, shown_{};
+  KernelForm form_;  ///< from HasMmx at construction
+};
+
+class QVVSurface24 {
+ public:
+  QVVSurface24();
+  virtual ~QVVSurface24() = default;
+  QVVSurface24(const QVVSurface24&) = delete;
+  QVVSurface24& operator=(const QVVSurface24&) = delete;
+
+  /// Bitmaps of 8, 24 and 32 bits; others are ignored. The fourth byte of every pixel is 0.
+  virtual void assignDib(const QVDib& dib);
+  virtual void loadByName(const char* name);
+  virtual void create(int32_t width, int32_t height);
+  virtual void blitDib(const QVDib& dib, ColourKey key);
+  virtual void tileOnto(QVVSurface24& target, const Rectangle* rectangle);
+  virtual void saveTagged(QVFile& file);
+  virtual void loadTagged(QVFile& file);
+  virtual void writeBmp(QVFile& file);
+
+  void blit(QVVSurface24& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
+            int32_t h) const;
+  void fill(uint32_t colour, const Rectangle* rectangle = nullptr);
+  void paint(std::span<uint32_t> pixels, int32_t width, int32_t height, int32_t x, int32_t y,
+             const Rectangle& part) const;
+  int32_t width() const;
+  int32_t height() const;
+  uint32_t pixel(int32_t x, int32_t y) const;
+
+ private:
+  friend class QVVSurface;
+  friend class SurfacePair;
+  mutable Lock lock_;  ///< guards all below
+  int32_t width_ = 0, height_ = 0;
+  std::vector<uint32_t> bits_;
+  KernelForm form_;
+};
+
+}  // namespace qv
