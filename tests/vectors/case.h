@@ -83,6 +83,7 @@ struct Topic {
   std::vector<std::string_view> awaited;
 };
 
+std::span<const Kind> kernelKinds();
 std::span<const Kind> registerKinds();
 std::span<const Kind> saveKinds();
 std::span<const Kind> stringKinds();
