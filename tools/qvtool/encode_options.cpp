@@ -19,7 +19,8 @@ void addEncodeOptions(CLI::App& command, EncodeOptions& options) {
                      "FIRST-LAST: the palette entries that the picture may fill (10-245); the "
                      "static colours can always be used");
   command.add_option("--fix", options.fixed,
-                     "ENTRY=#RRGGBB: a colour that stands at this entry; may be repeated");
+                     "ENTRY=#RRGGBB: a colour that stands at this entry; may be repeated")
+      ->allow_extra_args(false);
   command
       .add_option("--key-transparent", options.key,
                   "INDEX: transparent pixels get this index, and with them the top left one")

@@ -116,7 +116,8 @@ void addMapCommands(CLI::App& program) {
   encoded->add_option("SOURCE", options->source, "The PNG file")->required();
   encoded->add_option("TARGET", options->target, "The bitmap to write")->required();
   encoded->add_option("--region", options->regions,
-                      "#RRGGBB=NUMBER: a colour that means this region; may be repeated");
+                      "#RRGGBB=NUMBER: a colour that means this region; may be repeated")
+      ->allow_extra_args(false);
   encoded->callback([options] {
     RegionsByColour regions = standardRegions();
     for (const std::string& text : options->regions)
