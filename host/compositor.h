@@ -72,7 +72,7 @@ class Compositor {
     bool framed = false;
     PaintSource* source = nullptr;
     /// What the window shows outside its client; empty where that is nothing.
-    std::vector<uint32_t> decoration;
+    std::vector<uint32_t> decoration = {};
   };
   /// Puts a window on top of its siblings. Without a parent it lies in the screen itself.
   void add(ScreenWindow& window, ScreenWindow* parent, Placement placement);
