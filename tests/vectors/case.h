@@ -85,6 +85,7 @@ struct Topic {
 
 std::span<const Kind> registerKinds();
 std::span<const Kind> saveKinds();
+std::span<const Kind> sequenceKinds();
 std::span<const Kind> stringKinds();
 
 }  // namespace qv::vectors
