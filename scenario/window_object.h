@@ -10,6 +10,8 @@
 
 namespace qv {
 
+class View;
+
 /// A window of the host: the real one, a view, a box's owner.
 class NativeWindow {
  public:
@@ -25,6 +27,8 @@ class WindowObject {
  public:
   virtual ~WindowObject() = default;
   virtual int typeCode() const = 0;
+  /// The window as what is drawn into; null where it is none.
+  virtual View* view() { return nullptr; }
 
   WindowHandle window = nullptr;
   QVString name;

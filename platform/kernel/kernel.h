@@ -32,6 +32,7 @@ enum class WaitCut { ByTermination, Never };
 enum class LockRank : int {
   Manager = 10,     ///< the manager's object list
   PrintArea = 20,   ///< one print area
+  Animation = 25,   ///< start and stop of one animation, which waits for its thread
   Object = 30,      ///< any other engine object
   WindowList = 40,  ///< the host's list of window objects
   Surface = 50,     ///< pixels of one surface
