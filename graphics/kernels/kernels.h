@@ -10,8 +10,8 @@
 
 namespace qv {
 
-/// One rectangle of a target and a source. Strides are bytes, positive; width and height are
-/// pixels, at least 1.
+/// One rectangle of a target and a source. Strides are bytes; a negative one is for rows that go up
+/// in memory, as in a window's pixels. Width and height are pixels, at least 1.
 struct KernelRows {
   uint8_t* target = nullptr;
   int targetStride = 0;
