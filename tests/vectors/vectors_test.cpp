@@ -40,7 +40,7 @@ const std::vector<Topic>& topics() {
        {"clip_limit", "clip_shape", "fade_view", "flush_wipe", "levels", "move_clamped",
         "palette_fade_rounds", "position_codes", "sin_table", "slide_wipe", "spin_rows",
         "spin_rows_480", "tile_limits", "zoom"}},
-      {"sequence", {}, {"mouth", "sequence"}},
+      {"sequence", sequenceKinds(), {}},
       {"registers", registerKinds(), {}},
       {"save",
        saveKinds(),
