@@ -1,6 +1,7 @@
 #include "graphics/overlap.h"
 
 #include <array>
+#include <cstddef>
 #include <cstring>
 
 namespace qv {

@@ -84,6 +84,7 @@ struct Topic {
 };
 
 std::span<const Kind> bitmapKinds();
+std::span<const Kind> effectKinds();
 std::span<const Kind> mcgKinds();
 std::span<const Kind> registerKinds();
 std::span<const Kind> saveKinds();
