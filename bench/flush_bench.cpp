@@ -3,10 +3,14 @@
 
 #include <ctime>
 
-#include "bench/ground.h"
 #include "bench/ratio.h"
+#include "host/box_desk.h"
+#include "host/recorder.h"
+#include "host/ui_loop.h"
 #include "host/windows.h"
+#include "platform/display/headless_display.h"
 #include "platform/kernel/kernel.h"
+#include "platform/text/text_renderer.h"
 #include "scenario/type_codes.h"
 
 namespace {
@@ -43,7 +47,7 @@ class Stack {
     }
     window->SetClipShape(outline, 0);
   }
-  void flush() { list_.find("cg.view")->flush(nullptr, 0); }
+  void flush(const Rectangle* part = nullptr) { list_.find("cg.view")->flush(part, 0); }
   void take(Frame& frame) { compositor_.take(frame, false); }
 
  private:
@@ -57,6 +61,38 @@ double processorSeconds() {
   timespec time{};
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
+/// What the whole process takes of a processor while a game stands in a wait: the UI thread's loop
+/// on a display without a window, and a scenario thread that has drawn and now does nothing.
+double idlePercent() {
+  constexpr uint32_t IdleMillis = 3000;
+  const GameModule module{ModuleAbi, "Bench", nullptr, nullptr, nullptr,
+                          nullptr,   nullptr, nullptr, 0};
+  TextRenderer text;
+  HeadlessDisplay display;
+  GameHost host(module);
+  BoxDesk boxes(text);
+  Recorder recorder;
+  UiLoop loop(host, display, boxes, recorder, {});
+  double percent = 0;
+  Thread scenario;
+  scenario.start("scenario", [&] {
+    CreateWindowRequest request;
+    request.typeCode = TypeView;
+    request.name.create(QVString::DefaultGrain, "cg.view");
+    request.rectangle = ScreenRectangle;
+    host.PostCreateRequest(request);
+    host.windows.find("cg.view")->flush(nullptr, 0);
+    sleepMillis(200);
+    const double before = processorSeconds();
+    host.WaitForInput(IdleMillis, 0, 1);
+    percent = (processorSeconds() - before) * 1000 / IdleMillis * 100;
+    host.queue.post({MessageScenarioEnded, 0, 0});
+  });
+  loop.run();
+  scenario.join();
+  return percent;
 }
 
 }  // namespace
@@ -97,9 +133,10 @@ int main() {
   table.atMost("flush and the copy that the display gets, ms", whole.ours / Times * 1000, 0.5);
   const auto tile = qv::bench::measure(repeated([&] {
                                          const Rectangle part = {300, 200, 304, 204};
-                                         ten.flush(part);
+                                         ten.flush(&part);
                                        }),
                                        copy);
   table.note("flush of a tile of 4 by 4, microseconds", tile.ours / Times * 1e6);
+  table.atMost("an idle game, percent of a processor", idlePercent(), 1);
   return table.status();
 }
