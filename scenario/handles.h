@@ -8,6 +8,8 @@
 #include <cstdint>
 
 #include "foundation/string.h"
+#include "graphics/palette.h"
+#include "graphics/surface.h"
 #include "scenario/window_object.h"
 
 namespace qv {
@@ -54,6 +56,36 @@ class SurfaceHandle : public NamedHandle {
   SurfaceHandle(const char* name, int32_t width, int32_t height, int32_t keep = KeepObject);
   bool bound() const { return object_ != nullptr; }
   LogicalObject* object() const { return object_; }
+  /// The surface itself, or null.
+  QVVSurface* surface() const;
+
+  // The surface's operations (graphics/surface.h) by their names; unbound handles, of the target
+  // too, do nothing and have no size.
+  int32_t width() const;
+  int32_t height() const;
+  void create(int32_t width, int32_t height) const;
+  void loadByName(const char* name) const;
+  void fill(uint8_t index, const Rectangle* rectangle = nullptr) const;
+  void mirror(int32_t axis, int32_t x, int32_t y, int32_t w, int32_t h) const;
+  void blit(const SurfaceHandle& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
+            int32_t h, ColourKey key) const;
+  void blitBlended(const SurfaceHandle& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy,
+                   int32_t w, int32_t h, int32_t level) const;
+  void blitBlendedKey(const SurfaceHandle& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy,
+                      int32_t w, int32_t h, int32_t level, ColourKey key) const;
+  void blitScaled(const SurfaceHandle& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy,
+                  int32_t w, int32_t h, int32_t xFactor, int32_t yFactor) const;
+  void stretchTo(const SurfaceHandle& target, int32_t x, int32_t y, int32_t w, int32_t h) const;
+  void tileOnto(const SurfaceHandle& target, const Rectangle* rectangle, bool copyPalette) const;
+  void setColours(const ColourTable& table, int32_t targetFirst, int32_t sourceFirst,
+                  int32_t count) const;
+  void setColoursRange(const ColourTable& table, int32_t first, int32_t count) const;
+  void copyPaletteFrom(const SurfaceHandle& source) const;
+  void fadePalette(const ColourTable& target, int32_t step, int32_t steps) const;
+  void tintMonochrome(int32_t red, int32_t green, int32_t blue, int32_t first, int32_t count) const;
+  /// Takes the surface's stored colours into a palette.
+  void takePalette(scobjPalette& palette) const;
+  void saveBmpByName(const char* path) const;
 
  private:
   LogicalObject* object_ = nullptr;

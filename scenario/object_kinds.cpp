@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "scenario/named_surface.h"
 #include "scenario/scenario_host.h"
 
 namespace qv {
@@ -9,7 +10,8 @@ namespace qv {
 namespace {
 
 constexpr ObjectKind Kinds[] = {
-    {TypeSurface, "QVScenario - create:surface", "サーフェース", NativeForm::Member, nullptr},
+    {TypeSurface, "QVScenario - create:surface", "サーフェース", NativeForm::Member,
+     allocateObject<NamedSurface>},
     {TypeCursor, "QVScenario - create:cursor", "カーソル", NativeForm::Member, nullptr},
     {TypeAnimatedControl, "QVScenario - create:animatedControl", "アニメーションコントロール",
      NativeForm::Member, nullptr},
