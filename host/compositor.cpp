@@ -128,7 +128,6 @@ void Compositor::addToUpdate(ScreenWindow& window, const Rectangle* area) {
   if (!window.present_ || !window.source_ || !seen(window)) return;
   const Rectangle client = sizeOf(window.client_);
   window.update_.add(area ? area->intersected(client) : client);
-  if (!window.update_.empty() && window.holds_ == 0) pending_ = true;
 }
 
 void Compositor::paint(ScreenWindow& window) {
@@ -165,6 +164,7 @@ void Compositor::paintWhole(ScreenWindow& window) {
 void Compositor::invalidate(ScreenWindow& window, const Rectangle* area) {
   const Change change(*this);
   addToUpdate(window, area);
+  if (!window.update_.empty() && window.holds_ == 0) pending_ = true;
 }
 
 void Compositor::update(ScreenWindow& window) {
@@ -195,7 +195,8 @@ void Compositor::release(ScreenWindow& window, bool redraw) {
 }
 
 void Compositor::paintPending() {
-  const Change change(*this);
+  // Who comes here looks by itself, and would wake itself for ever.
+  const std::lock_guard guard(lock_);
   if (!std::exchange(pending_, false)) return;
   for (ScreenWindow* window : windows_)
     paintPendingIn(*window);

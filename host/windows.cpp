@@ -51,7 +51,7 @@ bool takePlace(const Rectangle& asked, Rectangle& place) {
   const int64_t width = int64_t{ordered.right} - ordered.left,
                 height = int64_t{ordered.bottom} - ordered.top;
   constexpr int64_t Most = WindowList::MostPixelsAcross;
-  if (width > Most || height > Most) return false;
+  if (width > Most || height > Most || width * height > WindowList::MostPixels) return false;
   place = Rectangle::at(bounded(ordered.left), bounded(ordered.top), static_cast<int32_t>(width),
                         static_cast<int32_t>(height));
   return true;
@@ -226,6 +226,7 @@ void HostWindowObject::resize(int32_t width, int32_t height, int32_t repaint) {
   height = std::clamp(height, 0, WindowList::MostPixelsAcross);
   Rectangle present;
   if (!placeInParent(present) || clientRectangle() == Rectangle{0, 0, width, height}) return;
+  if (int64_t{width} * height > WindowList::MostPixels) return;
   const Geometry where = geometry(present.left, present.top, width, height);
   resizeSurface(width, height);
   compositor_.resize(screen_, where.outer.width(), where.outer.height(), where.client,

@@ -130,8 +130,9 @@ class HostWindowObject : public WindowObject,
 
 class WindowList {
  public:
-  /// No window is larger, in either direction.
+  /// No window is larger, in either direction and in all: it keeps all its pixels painted.
   static constexpr int32_t MostPixelsAcross = 32767;
+  static constexpr int64_t MostPixels = 16'000'000;
 
   /// `lock` guards the list.
   WindowList(Lock& lock, WindowHandle mainWindow, Compositor& compositor, PointerState& pointer)

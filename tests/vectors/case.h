@@ -93,5 +93,6 @@ std::span<const Kind> registerKinds();
 std::span<const Kind> saveKinds();
 std::span<const Kind> stringKinds();
 std::span<const Kind> surfaceKinds();
+std::span<const Kind> viewKinds();
 
 }  // namespace qv::vectors

@@ -35,7 +35,7 @@ const std::vector<Topic>& topics() {
       {"dib", together<bitmapKinds, surfaceKinds>(), {}},
       {"kernels", together<kernelKinds, blendLevelKinds>(), {}},
       {"palette", paletteKinds(), {}},
-      {"views", effectKinds(), {"clip_limit", "clip_shape", "move_clamped", "position_codes"}},
+      {"views", together<effectKinds, viewKinds>(), {}},
       {"sequence", {}, {"mouth", "sequence"}},
       {"registers", registerKinds(), {}},
       {"save",

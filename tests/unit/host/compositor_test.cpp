@@ -390,7 +390,7 @@ TEST_F(CompositorTest, AStackOfShapedWindowsLooksAsItDid) {
   add(plate, {60, 60, 420, 300});
   add(ring, {200, 120, 520, 440});
   add(bar, {300, 20, 360, 470});
-  add(chip, {100, 100, 220, 220}, true, &ring);
+  add(chip, {10, 60, 130, 180}, true, &ring);
   const auto disc = [](int32_t size, int32_t hole) {
     ClipShape shape;
     for (int32_t y = 0; y < size; ++y) {
@@ -489,8 +489,8 @@ TEST_F(CompositorTest, OneWakeIsEnoughUntilTheUiThreadLooks) {
 class FrameWindows : public CompositorTest {
  protected:
   /// With a border of 3 and a caption of 20 round a client of 100 by 50.
-  void addFrame(ScreenWindow& window, int32_t x, int32_t y, Pane* parent = nullptr) {
-    compositor.add(window, parent ? &parent->window : nullptr,
+  void addFrame(ScreenWindow& frameWindow, int32_t x, int32_t y, Pane* parent = nullptr) {
+    compositor.add(frameWindow, parent ? &parent->window : nullptr,
                    {.outer = Rectangle::at(x, y, 106, 76),
                     .client = {3, 23, 103, 73},
                     .framed = true,
