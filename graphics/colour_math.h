@@ -30,15 +30,15 @@ constexpr uint32_t withChannels(uint32_t entry, int64_t red, int64_t green, int6
 }
 
 /// In hundredths, 0 to 25500.
-constexpr int64_t luminance(uint32_t entry) {
+constexpr int64_t luminanceOf(uint32_t entry) {
   return blueOf(entry) * 11 + greenOf(entry) * 59 + redOf(entry) * 30;
 }
 /// The two greys of a tint differ by their rounding; stories were drawn with both.
-constexpr int64_t tintChannel(uint32_t entry, int32_t tint) {
-  return (luminance(entry) * (int64_t{tint} + 1) >> 8) / 100;
+constexpr int64_t tintChannel(int64_t luminance, int32_t tint) {
+  return (luminance * (int64_t{tint} + 1) >> 8) / 100;
 }
-constexpr int64_t monochromeChannel(uint32_t entry, int32_t tint) {
-  return luminance(entry) * (int64_t{tint} + 1) / 25600;
+constexpr int64_t monochromeChannel(int64_t luminance, int32_t tint) {
+  return luminance * (int64_t{tint} + 1) / 25600;
 }
 
 /// A run of entries: `first` is clamped into the table, the count ends with it; 0 means to the end.

@@ -107,9 +107,11 @@ void scobjPalette::copyRange(int32_t targetFirst, const scobjPalette& source, in
 }
 
 void scobjPalette::tint(int32_t red, int32_t green, int32_t blue, int32_t first, int32_t count) {
-  for (uint32_t& entry : range(first, count))
-    entry = withChannels(entry, tintChannel(entry, red), tintChannel(entry, green),
-                         tintChannel(entry, blue));
+  for (uint32_t& entry : range(first, count)) {
+    const int64_t grey = luminanceOf(entry);
+    entry = withChannels(entry, tintChannel(grey, red), tintChannel(grey, green),
+                         tintChannel(grey, blue));
+  }
 }
 
 void scobjPalette::bright(int32_t percent, int32_t first, int32_t count) {

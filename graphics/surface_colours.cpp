@@ -73,8 +73,9 @@ void QVVSurface::tintMonochrome(int32_t red, int32_t green, int32_t blue, int32_
   shown_ = stored_;
   for (int32_t i = range.first; i < range.end; ++i) {
     uint32_t& entry = shown_[static_cast<size_t>(i)];
-    entry = withChannels(entry, monochromeChannel(entry, red), monochromeChannel(entry, green),
-                         monochromeChannel(entry, blue));
+    const int64_t grey = luminanceOf(entry);
+    entry = withChannels(entry, monochromeChannel(grey, red), monochromeChannel(grey, green),
+                         monochromeChannel(grey, blue));
   }
 }
 

@@ -35,6 +35,7 @@ enum class LockRank : int {
   Animation = 25,   ///< start and stop of one animation, which waits for its thread
   Object = 30,      ///< any other engine object
   WindowList = 40,  ///< the host's list of window objects
+  Compositor = 45,  ///< the windows' painted pixels and the frame
   Surface = 50,     ///< pixels of one surface
   Leaf = 90,        ///< short private locks under which nothing else is taken
 };
