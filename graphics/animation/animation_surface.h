@@ -51,6 +51,7 @@ class QVAnimationSurface {
 
   virtual int32_t cellCount() const { return cells_.size(); }  ///< with those that are empty
   int32_t loadedCells() const { return loaded_; }
+  const QVAnimationSurfaceContainer& cells() const { return cells_; }
   Size cellSize(int32_t cell) const;  ///< 0 by 0 without a picture
 
  private:

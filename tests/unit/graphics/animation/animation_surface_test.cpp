@@ -88,11 +88,18 @@ TEST_F(AnimationCells, AreNoneForACountThatTheStripCannotHave) {
 
 TEST_F(AnimationCells, BringThePaletteOfTheStrip) {
   cells.load(3, "strip.bmp", false, 0);
+  QVVSurface strip;
+  strip.loadFromFile("strip.bmp");
+  ASSERT_NE(strip.storedColours(), defaultColours());
+  for (const int32_t cell : {0, 1, 2})
+    EXPECT_EQ(cells.cells()[cell].surface->storedColours(), strip.storedColours()) << cell;
+}
+
+TEST_F(AnimationCells, HoldNoPictureBeforeOneIsLoaded) {
   QVAnimationSurfaceContainer container;
   EXPECT_EQ(container.picture(0), nullptr);
-  AnimationCell& cell = container.grown(2);
+  EXPECT_EQ(container.grown(2).key, KeyNoPicture);
   EXPECT_EQ(container.picture(2), nullptr);
-  EXPECT_EQ(cell.key, KeyNoPicture);
 }
 
 TEST_F(AnimationCells, NeedTheirFile) {
