@@ -26,12 +26,17 @@ size_t turnedRowBytes(const McgHead& head) {
   return static_cast<size_t>(bytes & 0xFFFF);
 }
 
+/// The first and the last row change places, and so on inwards.
 void turnRows(std::span<uint8_t> pixels, size_t rowBytes, size_t rows) {
   if (rows < 2 || rowBytes == 0) return;
+  std::array<uint8_t, 0x10000> kept;
   uint8_t* first = pixels.data();
   uint8_t* last = first + (rows - 1) * rowBytes;
-  for (; first < last; first += rowBytes, last -= rowBytes)
-    std::swap_ranges(first, first + rowBytes, last);
+  for (; first < last; first += rowBytes, last -= rowBytes) {
+    std::memcpy(kept.data(), first, rowBytes);
+    std::memcpy(first, last, rowBytes);
+    std::memcpy(last, kept.data(), rowBytes);
+  }
 }
 
 BitmapInfoHeader infoOf(const McgHead& head) {
