@@ -257,7 +257,16 @@ void pixmanRows(Table& table, Ground& ground) {
     pixman_image_unref(image);
 }
 
-int run(int count, char** arguments) {
+bool chosen(const Vectors& kind, const char* name) {
+  return !name || std::strcmp(name, kind.name) == 0;
+}
+
+int run(const char* name) {
+  if (std::none_of(std::begin(Kinds), std::end(Kinds),
+                   [=](const Vectors& kind) { return chosen(kind, name); })) {
+    std::fprintf(stderr, "usage: blit_bench [sse2|avx2|avx512]\n");
+    return 2;
+  }
   Table table;
   Ground ground;
   const KernelRows rows = ground.rows(), rows32 = ground.rows32();
@@ -266,20 +275,14 @@ int run(int count, char** arguments) {
   table.atMost("32 to 32 copy to memcpy", 1.05,
                compare(repeated([=] { copyRows32(Vector, rows32); }), ground.copy32()));
   const int64_t here = hwy::SupportedTargets() | HWY_SCALAR;
-  bool known = count < 2;
   for (const Vectors& kind : Kinds) {
-    if (count > 1 && std::strcmp(arguments[1], kind.name) != 0) continue;
-    known = true;
+    if (!chosen(kind, name)) continue;
     if (here & kind.targets)
       vectorRows(table, ground, kind);
     else
       std::printf("%s: not on this machine\n", kind.name);
   }
-  if (!known) {
-    std::fprintf(stderr, "usage: blit_bench [sse2|avx2|avx512]\n");
-    return 2;
-  }
-  if (count < 2) useVectors(0);  // others are compared with the best
+  useVectors(0);  // others too use the best that the machine has
   sdlRows(table, ground);
   pixmanRows(table, ground);
   return table.status();
@@ -289,5 +292,5 @@ int run(int count, char** arguments) {
 }  // namespace qv::bench
 
 int main(int count, char** arguments) {
-  return qv::bench::run(count, arguments);
+  return qv::bench::run(count > 1 ? arguments[1] : nullptr);
 }
