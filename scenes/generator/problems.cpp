@@ -8,6 +8,7 @@ namespace qv::scenec {
 namespace {
 
 constexpr size_t MostLines = 100;
+constexpr int MostGuesses = 300;
 
 /// Start offsets of the characters; bytes that continue a character start none.
 std::vector<std::string> characters(const std::string& text) {
@@ -84,8 +85,9 @@ std::string nearest(const std::string& word, const std::vector<std::string>& kno
   return best;
 }
 
-std::string suggestion(const std::string& word, const std::vector<std::string>& known,
-                       const std::string& otherwise) {
+std::string Problems::suggestion(const std::string& word, const std::vector<std::string>& known,
+                                 const std::string& otherwise) {
+  if (++guesses_ > MostGuesses) return otherwise;
   const std::string close = nearest(word, known);
   return close.empty() ? otherwise : " Did you mean \"" + close + "\"?";
 }
