@@ -46,7 +46,7 @@ void Problems::add(Place place, std::string what) {
   problems_.push_back({place, std::move(what)});
 }
 
-std::vector<std::string> Problems::lines() const {
+std::vector<std::string> Problems::lines(const std::string& root) const {
   std::vector<Problem> sorted = problems_;
   std::stable_sort(sorted.begin(), sorted.end(), [](const Problem& left, const Problem& right) {
     if (left.place.file != right.place.file) return left.place.file < right.place.file;
@@ -59,7 +59,7 @@ std::vector<std::string> Problems::lines() const {
       break;
     }
     const size_t file = static_cast<size_t>(problem.place.file);
-    std::string text = file < files.size() ? files[file] : "?";
+    std::string text = root + (file < files.size() ? files[file] : "?");
     if (problem.place.line > 0) text += ":" + std::to_string(problem.place.line);
     texts.push_back(text + ": " + problem.what);
   }

@@ -31,8 +31,8 @@ class Problems {
   bool empty() const { return problems_.empty(); }
   size_t count() const { return problems_.size(); }
   /// "file:line: what" by file and line, as editors understand it. Beyond a hundred only their
-  /// number is told.
-  std::vector<std::string> lines() const;
+  /// number is told. `root` stands before the names.
+  std::vector<std::string> lines(const std::string& root = {}) const;
 
  private:
   std::vector<Problem> problems_;
