@@ -59,7 +59,7 @@ inline ColourTable someColours(uint32_t start = 1) {
 struct BitmapParts {
   int32_t width = 1, height = 1;
   uint16_t bitCount = 8;
-  std::vector<uint32_t> colours;
+  std::vector<uint32_t> colours{};
   std::string bits;         ///< as in a file: bottom row first, rows padded to 4 bytes
   BitmapInfoHeader more{};  ///< fields that are not told by the others
 };
