@@ -65,32 +65,42 @@ class FakeView : public View {
   Rectangle pending_;
 };
 
-/// A picture file of 8 bits, index by index from rows of text: "." is 0, letters are 1 and on.
-/// Entry n of its colours is blue 10n, green 5n, red n.
-inline std::string bitmapOf(const std::vector<std::string>& rows) {
-  const auto width = static_cast<uint32_t>(rows[0].size()),
-             height = static_cast<uint32_t>(rows.size()), stride = (width + 3) & ~3U;
+/// A picture file of 8 bits with one palette index a pixel, top row first.
+inline std::string bitmapFile(int32_t width, int32_t height, const ColourTable& colours,
+                              const std::function<uint8_t(int32_t x, int32_t y)>& index) {
+  const int32_t stride = (width + 3) & ~3;
   std::string file;
-  const auto number = [&](uint32_t value, int bytes) {
+  const auto number = [&](int32_t value, int bytes) {
     for (; bytes > 0; --bytes, value >>= 8)
       file += static_cast<char>(value & 255);
   };
-  constexpr uint32_t HeadBytes = 54 + 1024;
+  constexpr int32_t HeadBytes = 54 + 1024;
   file += "BM";
-  for (const uint32_t value : {HeadBytes + stride * height, 0U, HeadBytes, 40U, width, height})
+  for (const int32_t value : {HeadBytes + stride * height, 0, HeadBytes, 40, width, height})
     number(value, 4);
   number(1, 2);
   number(8, 2);
   for (int field = 0; field < 6; ++field)
     number(0, 4);
-  for (uint32_t entry = 0; entry < 256; ++entry)
-    number((entry * 10 & 255) | (entry * 5 & 255) << 8 | entry << 16, 4);
-  for (uint32_t y = height; y-- > 0;)
-    for (uint32_t x = 0; x < stride; ++x) {
-      const char letter = x < width ? rows[y][x] : '.';
-      number(letter == '.' ? 0 : static_cast<uint32_t>(letter - 'A' + 1), 1);
-    }
+  for (const uint32_t colour : colours)
+    number(static_cast<int32_t>(colour), 4);
+  for (int32_t y = height; y-- > 0;)
+    for (int32_t x = 0; x < stride; ++x)
+      number(x < width ? index(x, y) : 0, 1);
   return file;
+}
+
+/// Such a file from rows of text: "." is 0, letters are 1 and on. Entry n of its colours is blue
+/// 10n, green 5n, red n.
+inline std::string bitmapOf(const std::vector<std::string>& rows) {
+  ColourTable colours;
+  for (uint32_t entry = 0; entry < 256; ++entry)
+    colours[entry] = (entry * 10 & 255) | (entry * 5 & 255) << 8 | entry << 16;
+  return bitmapFile(static_cast<int32_t>(rows[0].size()), static_cast<int32_t>(rows.size()),
+                    colours, [&](int32_t x, int32_t y) {
+                      const char letter = rows[static_cast<size_t>(y)][static_cast<size_t>(x)];
+                      return static_cast<uint8_t>(letter == '.' ? 0 : letter - 'A' + 1);
+                    });
 }
 
 /// A surface the same way, a row after the other with "/" between.
