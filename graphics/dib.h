@@ -8,9 +8,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "foundation/string.h"
+#include "graphics/heap_block.h"
 
 namespace qv {
 
@@ -25,6 +25,11 @@ struct BitmapInfoHeader {
   uint32_t compression = 0, sizeImage = 0;
   int32_t xPelsPerMeter = 0, yPelsPerMeter = 0;
   uint32_t coloursUsed = 0, coloursImportant = 0;
+
+  /// Both read coloursUsed only when the header reaches it; they differ on purpose with
+  /// compression 3.
+  int32_t colourCount() const;
+  int32_t colourTableWordCount() const;
 };
 static_assert(sizeof(BitmapInfoHeader) == 40);
 
@@ -43,11 +48,15 @@ class QVDib {
   int32_t height() const;
   int32_t bitCount() const;
   const BitmapInfoHeader& header() const;  ///< asserts that there is one
-  /// The header block: 40 bytes, three mask words with compression 3, the colour table.
-  std::span<const uint8_t> headerBlock() const { return header_; }
-  /// Entries blue, green, red, fourth; empty when there is no table.
+  /// The header block: 40 bytes, three mask words with compression 3, the colour table. It is
+  /// never shorter than its header tells.
+  std::span<const uint8_t> headerBlock() const { return header_.span(); }
+  /// Entries blue, green, red, fourth, at most 256; empty when there is no table. They begin 40
+  /// bytes into the block, with compression 3 at 44.
   std::span<const uint32_t> colours() const;
-  std::span<const uint8_t> bits() const { return bits_; }
+  /// What the source held: damaged pictures, and packed ones whose size field is small, have fewer
+  /// bytes than their rows need, others have more.
+  std::span<const uint8_t> bits() const { return bits_.span(); }
   int32_t strideBytes() const;  ///< of a row, rounded up to 4
 
   int32_t colourCount() const;  ///< the two differ on purpose with compression 3
@@ -60,10 +69,13 @@ class QVDib {
   /// Detection by content at the file's position: BMP, MCG, SLD. Empty when it is none of them or
   /// damaged. Throws NotEnoughMemoryException and the file's exceptions.
   void loadFromFile(QVFile& file);
+  /// The same from a whole file in memory.
+  void loadFromMemory(std::span<const uint8_t> image);
   /// By path; an empty path asks the player for a file.
   void loadFromPathName(const QVPathName& path);
   void loadByName(const char* name);
-  /// A resource of the game by number or name: a bitmap, else an "RCG". Empty when there is none.
+  /// A resource of the game by number or name: the bitmap "C:\res\NAME.bmp", else the "RCG"
+  /// "C:\res\NAME.rcg". Empty when there is none; no other file is touched, and no box shown.
   void loadResource(const char* name);
   void loadResource(int32_t id);
   /// From a packed bitmap in memory; `pixels` takes them from there instead of behind the header.
@@ -73,7 +85,7 @@ class QVDib {
 
  private:
   friend class DibBuilder;
-  std::vector<uint8_t> header_, bits_;
+  HeapBlock header_, bits_;
 };
 
 }  // namespace qv

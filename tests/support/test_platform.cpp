@@ -29,8 +29,12 @@ BoxAnswer RecordingDialogs::messageBox(std::string_view text, std::string_view c
   return (flags & BoxButtonMask) == 0 ? BoxAnswer::Ok : BoxAnswer::Cancel;
 }
 
-bool RecordingDialogs::fileDialog(FileDialogRequest&) {
-  return false;
+bool RecordingDialogs::fileDialog(FileDialogRequest& request) {
+  asked.push_back(request);
+  if (chosenPaths.empty()) return false;
+  request.path = chosenPaths.front();
+  chosenPaths.pop_front();
+  return true;
 }
 
 TestPlatform::TestPlatform(bool disc, std::unique_ptr<Kernel> kernel)

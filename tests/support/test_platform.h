@@ -36,12 +36,15 @@ struct ShownBox {
 };
 
 /// Boxes are kept in `shown`; the next of `answers` is given, or OK, or cancel for retry boxes.
+/// File dialogs are kept in `asked`; the next of `chosenPaths` is given, or the dialog cancelled.
 class RecordingDialogs : public Dialogs {
  public:
   BoxAnswer messageBox(std::string_view text, std::string_view caption, uint32_t flags) override;
   bool fileDialog(FileDialogRequest& request) override;
   std::vector<ShownBox> shown;
   std::deque<BoxAnswer> answers;
+  std::vector<FileDialogRequest> asked;
+  std::deque<std::string> chosenPaths;
 };
 
 class TestPlatform {

@@ -83,6 +83,8 @@ struct Topic {
   std::vector<std::string_view> awaited;
 };
 
+std::span<const Kind> bitmapKinds();
+std::span<const Kind> mcgKinds();
 std::span<const Kind> registerKinds();
 std::span<const Kind> saveKinds();
 std::span<const Kind> stringKinds();
