@@ -14,7 +14,7 @@ HAIR = {
 }
 EYES = {
     'belune': dict(top='#32488a', main='#4f7fd0', low='#a8ecf7', lash='#2c3560'),
-    'lessa': dict(top='#44351f', main='#6f8a3c', low='#d8e88c', lash='#3c2220'),
+    'lessa': dict(top='#1f4a3c', main='#2f9468', low='#b4f0a4', lash='#3c2220'),
 }
 
 
@@ -278,8 +278,9 @@ def armsShoulder(d):
     """The umbrella on the shoulder, the other sleeve hanging long."""
     f = sleeveFill(d)
     return [limb([(80, 200), (56, 262), (70, 322)], 28, f, CLOTH_LINE), sleeveCuff(71, 330, -12),
-            limb([(180, 202), (214, 270), (188, 266)], 27, f, CLOTH_LINE)], [
-        *shaft(188, 70, 178, 268), *crook(178, 262),
+            limb([(180, 202), (214, 270), (188, 266)], 27, f, CLOTH_LINE),
+            *shaft(190, 70, 178, 268)], [
+        *crook(178, 262),
         fist(176, 262, 186), sleeveCuff(194, 264, 84)]
 
 
@@ -287,8 +288,9 @@ def armsUpright(d):
     """Both hands at the handle, the umbrella straight above."""
     f = sleeveFill(d)
     return [limb([(79, 202), (66, 292), (124, 280)], 28, f, CLOTH_LINE),
-            limb([(181, 202), (204, 282), (168, 262)], 27, f, CLOTH_LINE)], [
-        *shaft(172, 60, 150, 272), *crook(150, 266),
+            limb([(181, 202), (204, 282), (168, 262)], 27, f, CLOTH_LINE),
+            *shaft(168, 60, 150, 272)], [
+        *crook(150, 266),
         fist(150, 276, 4), fist(153, 257, 184), sleeveCuff(131, 281, 84), sleeveCuff(171, 258, -82)]
 
 
@@ -312,8 +314,8 @@ BOOK, BOOK_DARK, BRASS = '#3f6f74', '#284c54', '#e8bc58'
 def lessaBackHair(d):
     c = HAIR['lessa']
     fill = d.linear([(0, c['dark']), (1, '#532a22')], 0, 80, 0, 180, True)
-    return [path('M130 36C84 36 68 76 70 118C70 146 66 160 74 176C86 182 98 178 104 172L156 172'
-                 'C162 178 174 182 186 176C194 160 190 146 190 118C192 76 176 36 130 36Z', fill,
+    return [path('M130 36C84 36 68 76 70 118C70 138 66 152 74 164C86 171 98 168 104 162L156 162'
+                 'C162 168 174 171 186 164C194 152 190 138 190 118C192 76 176 36 130 36Z', fill,
                  c['line'], 1.8)]
 
 
@@ -323,11 +325,11 @@ def lessaFrontHair(d):
     side = d.linear([(0, c['light']), (1, c['main'])], 0, 90, 0, 178, True)
     sideDark = d.linear([(0, c['main']), (1, c['dark'])], 0, 90, 0, 178, True)
     return [
-        path('M78 90C66 118 72 146 68 170C76 180 90 178 97 168C90 152 84 132 90 104Z', side,
+        path('M78 90C66 116 72 138 67 158C75 169 89 167 96 157C89 146 84 130 90 104Z', side,
              c['line'], 1.6),
-        path('M182 90C194 118 188 146 192 170C184 180 170 178 163 168C170 152 176 132 170 104Z',
+        path('M182 90C194 116 188 138 193 158C185 169 171 167 164 157C171 146 176 130 170 104Z',
              sideDark, c['line'], 1.6),
-        path('M80 128C78 146 80 158 78 170M181 128C182 146 180 158 182 170', 'none', c['line'], 1, .6),
+        path('M80 126C78 140 80 150 77 160M181 126C182 140 180 150 183 160', 'none', c['line'], 1, .6),
         path('M73 124C66 70 90 33 130 33C170 33 194 70 187 124C181 116 178 104 176 92'
              'C168 100 158 104 150 105C152 99 152 92 149 86C138 99 122 105 104 106'
              'C107 101 109 95 109 90C100 98 90 110 73 124Z', fill, c['line'], 1.8),
@@ -342,7 +344,7 @@ def lessaFrontHair(d):
 
 def glasses():
     frame = '#7a3440'
-    return [ellipse(x, 120, 18.5, 16.5, '#dff2ff', None, 1, .16) for x in (107, 153)] + [
+    return [ellipse(x, 120, 18.5, 16.5, '#dff2ff', None, 1, .06) for x in (107, 153)] + [
         ellipse(107, 120, 18.5, 16.5, 'none', frame, 2.2),
         ellipse(153, 120, 18.5, 16.5, 'none', frame, 2.2),
         path('M125.5 117Q130 113.6 134.5 117M88.5 117L80 114M171.5 117L180 114', 'none', frame, 2.2),
@@ -440,12 +442,13 @@ def armsBook(d):
 def armsKeys(d):
     """The found keys held up; the book under the other arm."""
     s = shirtSleeve(d)
+    raised = 'M181 203C190 236 202 274 216 266C228 258 226 226 222 202'
     return [], [
         book(96, 290, 8, 56, 76),
         limb([(80, 202), (50, 282), (88, 308)], 25, s, CLOTH_LINE), cuff(93, 311, 104),
         fist(105, 314, 12),
-        limb([(180, 202), (232, 262), (216, 206)], 25, s, CLOTH_LINE), cuff(214, 200, 0),
-        keys(214, 190, .95), fist(214, 184, -84)]
+        path(raised, 'none', CLOTH_LINE, 28), path(raised, 'none', s, 25), cuff(221, 196, 4),
+        keys(221, 186, .95), fist(221, 180, 0)]
 
 
 def armsOpenBook(d):
