@@ -142,9 +142,11 @@ void McgReader::readPaletteUse(UseTable& table) {
 void McgReader::paletteUseOf(std::span<const uint8_t> image, UseTable& table) {
   table.fill(0);
   const std::optional<McgHead> found = McgHead::of(image);
-  if (!found || image.size() < found->streamAt()) return;
-  const uint8_t* const palette = image.data() + McgHeadBytes + found->maskBytes();
-  for (size_t entry = 0; entry < std::min<size_t>(found->entries, table.size()); ++entry)
+  if (!found) return;
+  const size_t paletteAt = std::min(McgHeadBytes + found->maskBytes(), image.size());
+  const std::span<const uint8_t> palette = image.subspan(paletteAt);
+  const size_t count = std::min({size_t{found->entries}, table.size(), palette.size() / 4});
+  for (size_t entry = 0; entry < count; ++entry)
     table[entry] = palette[entry * 4 + 3];
 }
 

@@ -18,8 +18,9 @@ void addEncodeOptions(CLI::App& command, EncodeOptions& options) {
   command.add_option("--entries", options.entries,
                      "FIRST-LAST: the palette entries that the picture may fill (10-245); the "
                      "static colours can always be used");
-  command.add_option("--fix", options.fixed,
-                     "ENTRY=#RRGGBB: a colour that stands at this entry; may be repeated")
+  command
+      .add_option("--fix", options.fixed,
+                  "ENTRY=#RRGGBB: a colour that stands at this entry; may be repeated")
       ->allow_extra_args(false);
   command
       .add_option("--key-transparent", options.key,
