@@ -210,23 +210,14 @@ void Compositor::paintPendingIn(ScreenWindow& window) {
 
 // --- Changes of place ---
 
-/// A hidden window has nothing to update: it is painted whole when it is shown.
-void Compositor::dropUpdates(ScreenWindow& window) {
-  window.update_.clear();
-  for (ScreenWindow* child : window.children_)
-    dropUpdates(*child);
-}
-
 void Compositor::show(ScreenWindow& window, bool visible) {
   const Change change(*this);
   if (!window.present_ || window.visible_ == visible) return;
   window.visible_ = visible;
-  if (visible) {
+  if (visible)
     paintWhole(window);
-  } else {
-    dropUpdates(window);
+  else
     composeWindow(window);
-  }
 }
 
 void Compositor::placeAt(ScreenWindow& window, int32_t x, int32_t y) {

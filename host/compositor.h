@@ -143,7 +143,6 @@ class Compositor {
   void paint(ScreenWindow& window);
   void paintTree(ScreenWindow& window);
   void paintWhole(ScreenWindow& window);
-  void dropUpdates(ScreenWindow& window);
   void paintPendingIn(ScreenWindow& window);
   void placeAt(ScreenWindow& window, int32_t x, int32_t y);
   void composeWindow(const ScreenWindow& window);

@@ -168,12 +168,11 @@ uint32_t UiLoop::waitMillis() const {
   return limit;
 }
 
-/// Takes what has changed into the frame and draws the boxes over it.
+/// Takes what has changed into the frame and draws the boxes over it; with a change of a box it is
+/// taken whole.
 void UiLoop::refreshFrame(bool whole) {
-  const bool up = boxes_.up();
-  host_.compositor.take(frame_, whole || up || boxesInFrame_);
-  if (up) boxes_.draw(frame_);
-  boxesInFrame_ = up;
+  host_.compositor.take(frame_, whole);
+  boxes_.draw(frame_);
 }
 
 void UiLoop::paint() {

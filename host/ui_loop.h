@@ -82,8 +82,7 @@ class UiLoop : private ScriptStage {
   Settings settings_;
   InputDesk input_;
   std::optional<ScriptPlayer> script_;
-  Frame frame_;  ///< what is shown: the composed windows with the boxes over them
-  bool boxesInFrame_ = false;
+  Frame frame_;                ///< what is shown: the composed windows with the boxes over them
   bool dirty_ = true;          ///< the whole frame is to be presented
   bool presentWaits_ = false;  ///< for the display's rate
   uint32_t presentTick_ = 0;

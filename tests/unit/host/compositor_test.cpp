@@ -335,7 +335,12 @@ TEST_F(CompositorTest, ARemovedWindowUncoversWhatLiesBelowAndTakesNoMoreCalls) {
   EXPECT_FALSE(compositor.drag(pane.window, 5, 5));
   EXPECT_EQ(at(10, 10), Blue);
   EXPECT_FALSE(compositor.present(pane.window));
-  // It can come again, as new.
+  {
+    Pane shortLived(Green);
+    add(shortLived, {0, 0, 50, 50});
+    compositor.remove(shortLived.window);
+  }
+  // It can come again, as new, and nothing else comes with it.
   add(pane, {0, 0, 50, 50});
   EXPECT_EQ(at(10, 10), Red);
 }

@@ -125,6 +125,12 @@ TEST_F(UiLoopTest, AnIdleGamePresentsNothing) {
     const size_t before = display.presents();
     sleepMillis(60'000);
     EXPECT_EQ(display.presents(), before);
+    // A pointer that moves over it changes nothing.
+    for (int x = 0; x < 100; ++x) {
+      display.push(pointer(Kind::PointerMove, x, 10));
+      sleepMillis(20);
+    }
+    EXPECT_EQ(display.presents(), before);
     // Nor does a flush of what is hidden, or a hold.
     view->show(false);
     settle();

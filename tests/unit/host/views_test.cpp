@@ -221,6 +221,11 @@ TEST_F(ViewsOfTheManager, EffectNineTakesItsStepsFromThePlaceOfX) {
     EXPECT_EQ(tickCount() - start, 400u);
     EXPECT_EQ(at(0, 0), Red);
     EXPECT_EQ(at(639, 479), Red);
+    // More steps than the view is wide are no place outside of it.
+    manager->CreateView("small.view", nullptr, 0, 0, 10, 10, 0);
+    manager->DrawTo("small.view", "cg.surf", 16, 0, 0, 0, 0, 0, 9);
+    EXPECT_EQ(tickCount() - start, 400u + 18 * 40);
+    EXPECT_EQ(view8("small.view").pixel(9, 9), RedIndex);
   });
 }
 
