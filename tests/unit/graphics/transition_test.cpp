@@ -333,6 +333,21 @@ TEST_F(TransitionTest, AWaitSinceAMarkIsShortenedByWhatHasPassed) {
   EXPECT_EQ(tickCount() - start, 50u);
 }
 
+TEST(TransitionOnTheMachinesClock, NoEffectIsShorterThanItsSpan) {
+  TestPlatform platform;
+  struct SpanCase {
+    int32_t effect;
+    uint32_t millis;
+  };
+  for (const SpanCase& given : {SpanCase{10, 160}, {27, 140}, {43, 700}, {48, 500}, {61, 646}}) {
+    EffectStage stage(640, 480);
+    stage.run({given.effect, KeyNone, 5, 0});
+    // The machine's ticks are whole milliseconds, of which the first may be half gone.
+    EXPECT_GE(stage.ticks() + 1, given.millis) << given.effect;
+    RecordProperty("millis" + std::to_string(given.effect), static_cast<int>(stage.ticks()));
+  }
+}
+
 TEST(RandomOrderTest, HoldsEveryCellOnceAndASentinel) {
   RandomGenerator generator(4711);
   const RandomDraw random = [&](uint32_t limit) { return generator.draw(limit); };

@@ -1,9 +1,5 @@
-#include <cstring>
-#include <map>
-
 #include <gtest/gtest.h>
 
-#include "foundation/diagnostic.h"
 #include "scenario/scenario.h"
 #include "tests/support/effect_stage.h"
 #include "tests/support/test_platform.h"
@@ -46,15 +42,6 @@ class StageHost : public ScenarioHost {
       client{"HelpWindowClient", TypeView}, view24{"deep", TypeSecondView, true};
 };
 
-class PictureObject : public LogicalObject {
- public:
-  int typeCode() const override { return TypeSurface; }
-  void* native() override { return &surface; }
-  QVVSurface surface;
-};
-constexpr ObjectKind PictureKinds[] = {
-    {TypeSurface, "test", "", NativeForm::Member, &allocateObject<PictureObject>}};
-
 class ZoomViewTest : public ::testing::Test {
  protected:
   ZoomViewTest() {
@@ -85,7 +72,6 @@ class ZoomViewTest : public ::testing::Test {
 
   testing::TestPlatform platform{false, makeSimulatedKernel()};
   StageHost host;
-  ObjectKindsScope kinds{PictureKinds};
   QVScenario manager;
 };
 
