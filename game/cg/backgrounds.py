@@ -439,7 +439,7 @@ def classroom(name, mood, umbrella):
     # Slanting light, dust in it.
     for x, w in ((40, 60), (150, 46), (214, 30)):
         d.add(polygon([(x, 60), (x + w, 70), (x + w + 290, 470), (x + 170, 480)],
-                      d.linear([(0, c['beam'], c['beamStrength'] * .3), (1, c['beam'], 0)])))
+                      d.linear([(0, c['beam'], 0), (.22, c['beam'], c['beamStrength'] * .42), (1, c['beam'], 0)])))
     for _ in range(46):
         x, y = r.uniform(60, 420), r.uniform(110, 420)
         d.add(ellipse(x, y, r.uniform(.6, 1.5), r.uniform(.6, 1.5), c['sun'], opacity=r.uniform(.3, .8)))

@@ -86,12 +86,12 @@ def prompt():
         angle = cell * math.pi / 4
         x, y = cell * 16 + 8, 12.5 + math.sin(angle) * 1.6
         turn = math.cos(angle / 2)
-        s, wide = 6.8, max(.42, abs(turn))
+        s, wide = 6.8, max(.5, abs(turn))
         # Two facets share the drop; their border wanders as it turns.
         edge = -math.cos(angle) * .5 * s * wide
         fill = '#b4e8fa' if turn > 0 else '#8ccaf0'
         clip = d.clip(drop(0, 0, s, '#000', wide=wide))
-        d.add(group([drop(0, 0, s, fill, '#22345c', 2.4, wide),
+        d.add(group([drop(0, 0, s, fill, '#22345c', 1.4 + wide, wide),
                      group([rect(edge, -10, 20, 20, '#4a86c4'), drop(0, 0, s, 'none', '#22345c', 1, wide)],
                            clip=clip),
                      ellipse(-2.6 * wide, 1.6, 1.5 * wide, 2.4, '#ffffff')],
