@@ -79,7 +79,8 @@ class QVDib {
   void loadResource(const char* name);
   void loadResource(int32_t id);
   /// From a packed bitmap in memory; `pixels` takes them from there instead of behind the header.
-  /// Copies what the block holds and no more.
+  /// Copies what the block holds and no more: colours that are missing are zero, pixels that are
+  /// missing are missing.
   void loadPacked(std::span<const uint8_t> block);
   void loadPacked(std::span<const uint8_t> block, std::span<const uint8_t> pixels);
 

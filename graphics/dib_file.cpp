@@ -129,7 +129,7 @@ void QVDib::loadFromMemory(std::span<const uint8_t> image) {
       return block;
     };
     loadBitmap(fileHeader, blockAt, *this);
-  } else if (McgHead::of(image)) {
+  } else if (image.size() >= 4 && littleLong(image.data()) == McgMagic) {
     McgReader::paletteUseOf(image, PaletteUseTable);
     loadPicture(McgReader().decodeMemory(image), *this);
   } else {

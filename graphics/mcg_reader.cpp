@@ -26,12 +26,17 @@ size_t turnedRowBytes(const McgHead& head) {
   return static_cast<size_t>(bytes & 0xFFFF);
 }
 
+/// The first and the last row change places, and so on inwards.
 void turnRows(std::span<uint8_t> pixels, size_t rowBytes, size_t rows) {
   if (rows < 2 || rowBytes == 0) return;
+  std::array<uint8_t, 0x10000> kept;
   uint8_t* first = pixels.data();
   uint8_t* last = first + (rows - 1) * rowBytes;
-  for (; first < last; first += rowBytes, last -= rowBytes)
-    std::swap_ranges(first, first + rowBytes, last);
+  for (; first < last; first += rowBytes, last -= rowBytes) {
+    std::memcpy(kept.data(), first, rowBytes);
+    std::memcpy(first, last, rowBytes);
+    std::memcpy(last, kept.data(), rowBytes);
+  }
 }
 
 BitmapInfoHeader infoOf(const McgHead& head) {
@@ -137,9 +142,11 @@ void McgReader::readPaletteUse(UseTable& table) {
 void McgReader::paletteUseOf(std::span<const uint8_t> image, UseTable& table) {
   table.fill(0);
   const std::optional<McgHead> found = McgHead::of(image);
-  if (!found || image.size() < found->streamAt()) return;
-  const uint8_t* const palette = image.data() + McgHeadBytes + found->maskBytes();
-  for (size_t entry = 0; entry < std::min<size_t>(found->entries, table.size()); ++entry)
+  if (!found) return;
+  const size_t paletteAt = std::min(McgHeadBytes + found->maskBytes(), image.size());
+  const std::span<const uint8_t> palette = image.subspan(paletteAt);
+  const size_t count = std::min({size_t{found->entries}, table.size(), palette.size() / 4});
+  for (size_t entry = 0; entry < count; ++entry)
     table[entry] = palette[entry * 4 + 3];
 }
 

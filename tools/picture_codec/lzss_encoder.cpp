@@ -10,12 +10,21 @@ namespace {
 /// The zeros that stand in a fresh ring before the first byte. The last places of the ring are
 /// left out, because the classical SLD decoder does not clear them.
 constexpr size_t ZerosBefore = LzssRingStart;
-/// Of two repeats of one length the farther is better: a decoder copies it without overlap.
-constexpr size_t FarEnough = 32;
+/// A decoder copies this many bytes at once. A repeat from nearer overlaps itself, which costs it
+/// as much time as several others; it is taken only where it saves more than these bits.
+constexpr size_t FarEnough = 16;
+constexpr uint64_t NearBits = 6;
 
 struct Match {
   uint16_t distance = 0;
   uint8_t length = 0;
+};
+
+struct Matches {
+  Match far, near;  ///< the near one only when it is longer
+  uint16_t distanceFor(size_t length) const {
+    return length <= far.length ? far.distance : near.distance;
+  }
 };
 
 /// The longest repeat at every place, by chains of places that begin with the same three bytes.
@@ -25,13 +34,18 @@ class MatchFinder {
       : bytes_(bytes), newest_(HashSize, None), before_(LzssRingBytes, None) {}
 
   /// Places are asked in rising order; each is entered when it is asked for, or by `enter`.
-  Match longestAt(size_t place) {
-    Match best;
+  Matches longestAt(size_t place) {
+    Matches best;
     const size_t most = std::min(LzssLongest, bytes_.size() - place);
     if (most >= LzssShortest) {
       for (size_t other = newest_[hashAt(place)]; other != None && place - other <= LzssRingBytes;
            other = olderThan(other)) {
-        if (isBetter(best, place, other, most) && isDone(best, most)) break;
+        const size_t distance = place - other;
+        Match& kind = distance >= FarEnough ? best.far : best.near;
+        const size_t length = commonLength(place, other, most);
+        if (length < LzssShortest || length <= kind.length) continue;
+        kind = {static_cast<uint16_t>(distance), static_cast<uint8_t>(length)};
+        if (best.far.length == most) break;
       }
     }
     enter(place);
@@ -58,27 +72,20 @@ class MatchFinder {
     const size_t older = before_[place % LzssRingBytes];
     return older != None && older < place ? older : None;
   }
-  bool isBetter(Match& best, size_t place, size_t other, size_t most) const {
+  size_t commonLength(size_t place, size_t other, size_t most) const {
     size_t length = 0;
     while (length < most && bytes_[place + length] == bytes_[other + length])
       ++length;
-    const bool longer = length > best.length;
-    const bool farther = length == best.length && best.distance < FarEnough;
-    if (length < LzssShortest || !(longer || farther)) return false;
-    best = {static_cast<uint16_t>(place - other), static_cast<uint8_t>(length)};
-    return true;
-  }
-  static bool isDone(const Match& best, size_t most) {
-    return best.length == most && best.distance >= FarEnough;
+    return length;
   }
 
   std::span<const uint8_t> bytes_;
   std::vector<size_t> newest_, before_;
 };
 
-/// Which length to take at each place so that the whole costs the fewest bits, and among those the
-/// fewest steps for the decoder. 1 is a literal.
-std::vector<uint8_t> cheapestLengths(const std::vector<Match>& matches) {
+/// Which length to take at each place so that the whole costs the fewest bits (near repeats count
+/// some more), and among those the fewest steps for the decoder. 1 is a literal.
+std::vector<uint8_t> cheapestLengths(const std::vector<Matches>& matches) {
   constexpr uint64_t Step = 1, Bit = 16, Literal = 9 * Bit + Step, Repeat = 17 * Bit + Step;
   // Every shorter length of a repeat costs the same, so only the places behind them matter; no
   // more than the longest repeat of them is looked at again.
@@ -88,8 +95,10 @@ std::vector<uint8_t> cheapestLengths(const std::vector<Match>& matches) {
   for (size_t place = matches.size(); place-- > 0;) {
     uint64_t cheapest = Literal + costs[(place + 1) % Kept];
     lengths[place] = 1;
-    for (size_t length = LzssShortest; length <= matches[place].length; ++length) {
-      const uint64_t cost = Repeat + costs[(place + length) % Kept];
+    const size_t far = matches[place].far.length, near = matches[place].near.length;
+    for (size_t length = LzssShortest; length <= std::max(far, near); ++length) {
+      const uint64_t cost =
+          Repeat + (length > far ? NearBits * Bit : 0) + costs[(place + length) % Kept];
       if (cost < cheapest) {
         cheapest = cost;
         lengths[place] = static_cast<uint8_t>(length);
@@ -141,7 +150,7 @@ std::vector<uint8_t> compressLzss(LzssPairs pairs, std::span<const uint8_t> byte
   MatchFinder finder(history);
   for (size_t place = 0; place < ZerosBefore; ++place)
     finder.enter(place);
-  std::vector<Match> matches(bytes.size());
+  std::vector<Matches> matches(bytes.size());
   for (size_t at = 0; at < bytes.size(); ++at) {
     if (progress && at % ReportedEvery == 0)
       progress(static_cast<double>(at) / static_cast<double>(bytes.size()));
@@ -154,7 +163,8 @@ std::vector<uint8_t> compressLzss(LzssPairs pairs, std::span<const uint8_t> byte
     if (lengths[at] == 1)
       writer.literal(bytes[at]);
     else
-      writer.repeat(pairs, (LzssRingStart + at - matches[at].distance) % LzssRingBytes,
+      writer.repeat(pairs,
+                    (LzssRingStart + at - matches[at].distanceFor(lengths[at])) % LzssRingBytes,
                     lengths[at]);
   }
   if (progress) progress(1);
