@@ -84,7 +84,8 @@ def main():
 
     def pixel(x, y):
         colour = palette[screen[y][x]]
-        return frame.get((x, y)) or (tinted(colour) if (x, y) in ground else colour)
+        free = 10 <= screen[y][x] <= 245  # static colours are never tinted
+        return frame.get((x, y)) or (tinted(colour) if free and (x, y) in ground else colour)
 
     lines = (b'\0' + b''.join(bytes(pixel(x, y)) for x in range(len(screen[0])))
              for y in range(len(screen)))

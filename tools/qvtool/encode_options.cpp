@@ -18,13 +18,17 @@ void addEncodeOptions(CLI::App& command, EncodeOptions& options) {
   command.add_option("--entries", options.entries,
                      "FIRST-LAST: the palette entries that the picture may fill (10-245); the "
                      "static colours can always be used");
-  command.add_option("--fix", options.fixed,
-                     "ENTRY=#RRGGBB: a colour that stands at this entry; may be repeated")
+  command
+      .add_option("--fix", options.fixed,
+                  "ENTRY=#RRGGBB: a colour that stands at this entry; may be repeated")
       ->allow_extra_args(false);
   command
       .add_option("--key-transparent", options.key,
                   "INDEX: transparent pixels get this index, and with them the top left one")
       ->check(CLI::Range(0, 255));
+  command.add_flag("--no-statics", options.noStatics,
+                   "Pixels get no static colour, so that tints and fades of the palette find them "
+                   "all");
   command.add_option("--dither", options.dither, "0 (none) to 1 (the default)")
       ->check(CLI::Range(0.0, 1.0));
   command.add_flag("--as-is", options.asIs,
@@ -49,9 +53,11 @@ Image sourceImage(const EncodeOptions& options) {
 
 codec::IndexedPicture indexedSource(const EncodeOptions& options) {
   const Image image = sourceImage(options);
-  const bool chosen = !options.entries.empty() || !options.fixed.empty() || options.key >= 0;
+  const bool chosen =
+      !options.entries.empty() || !options.fixed.empty() || options.key >= 0 || options.noStatics;
   if (options.asIs) {
-    if (chosen) throw Failure("--as-is goes with none of --entries, --fix, --key-transparent.");
+    if (chosen)
+      throw Failure("--as-is goes with none of --entries, --fix, --key-transparent, --no-statics.");
     if (!image.indexed) throw Failure(options.source.string() + " is no indexed PNG.");
     return *image.indexed;
   }
@@ -68,6 +74,7 @@ codec::IndexedPicture indexedSource(const EncodeOptions& options) {
     wishes.fixed.push_back(parseFixedColour(text));
   if (options.key >= 0) wishes.key = options.key;
   wishes.dither = options.dither;
+  wishes.statics = !options.noStatics;
   std::vector<std::string> warnings;
   codec::IndexedPicture picture = quantise(image, wishes, warnings);
   for (const std::string& warning : warnings)
