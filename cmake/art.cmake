@@ -3,13 +3,14 @@
 # Builds the pictures that the list names into the game folder, each by a command of its own, so
 # that they are made in parallel and only again when their drawing or their line changed. A line:
 #
-#   NAME SOURCE WxH ENTRIES KEY
+#   NAME SOURCE WxH ENTRIES KEY [OPTION...]
 #
 # NAME       the picture's name without ".mcg"; "dat/mframe" goes to dat/, a plain name to cg/
 # SOURCE     the SVG or PNG file, from the list's own folder
 # WxH        the size of a rendered drawing; "-" for its own (a PNG has no other)
 # ENTRIES    the palette entries that it may fill, as 10-127; "-" for all that are free
 # KEY        the index of transparent pixels; "-" for none
+# OPTION     more of qvtool's options, as --no-statics
 #
 # Lines that are empty or begin with "#" are passed over.
 function(qv_add_pictures target)
@@ -32,7 +33,7 @@ function(qv_add_pictures target)
     string(REGEX REPLACE "[ \t]+" ";" fields "${line}")
     list(REMOVE_ITEM fields "")
     list(LENGTH fields count)
-    if(NOT count EQUAL 5)
+    if(count LESS 5)
       message(FATAL_ERROR "${list}: \"${line}\" has ${count} fields; "
         "write NAME SOURCE WxH ENTRIES KEY.")
     endif()
@@ -52,7 +53,8 @@ function(qv_add_pictures target)
       message(FATAL_ERROR "${list}: ${name} stands there twice.")
     endif()
     cmake_path(GET output PARENT_PATH folder)
-    set(options)
+    set(options ${fields})
+    list(REMOVE_AT options 0 1 2 3 4)
     if(NOT size STREQUAL "-")
       list(APPEND options --size ${size})
     endif()

@@ -165,8 +165,9 @@ def school(d, x, y, s, c):
 
     d.add(*wing(x - s * 6.2, s * 5.2, 3, wall), *wing(x + s * 1.0, s * 5.4, 3, d.linear(
         [(0, mix(c['wall'], dark, .35)), (1, mix(c['wallLow'], dark, .4))])))
-    tower = wing(x - s * 1.15, s * 2.3, 4, wall)
-    d.add(*tower)
+    d.add(*wing(x - s * 1.15, s * 2.3, 3, wall),
+          rect(x - s * 1.15, y - 4 * s, s * 2.3, s, c['wall']),
+          rect(x - s * 1.25, y - 3 * s - 3, s * 2.5, 4, c['trim']))
     top = y - 4 * s
     d.add(polygon([(x - s * 1.4, top - 4), (x, top - s * 1.5), (x + s * 1.4, top - 4)], c['roof']),
           polygon([(x, top - s * 1.5), (x + s * 1.4, top - 4), (x + s * .25, top - 4)], c['roofShade']),
@@ -256,7 +257,8 @@ def gate(name, weather):
     d.add(path(road, d.linear(c['road'])))
     if wet:
         shine = [path(f'M{x} 270l{(x - 352) * .8 + k:.0f} 210h{w}l{-(x - 352) * .8 - k - w * .5:.0f} -210Z',
-                      c['shine'], opacity=o) for x, k, w, o in
+                      d.linear([(0, c['shine'], o * 1.4), (.4, c['shine'], o * .8), (1, c['shine'], 0)]))
+                 for x, k, w, o in
                  ((310, -60, 34, .28), (346, -20, 56, .34), (384, 30, 26, .22), (330, -140, 22, .2),
                   (404, 110, 30, .22))]
         shine += [ellipse(x, y, rx, ry, d.linear([(0, '#dfeaf0', .95), (1, '#8fa6bc', .8)])) for x, y, rx, ry
@@ -301,7 +303,9 @@ def gate(name, weather):
         d.add(rect(0, 0, W, H, d.linear([(0, c['veil'], .1), (.55, c['veil'], .24), (1, c['veil'], 0)])))
         rain(d, 7, 210, '#f4fafc', .62)
     else:
-        d.add(path('M-20 -20L190 -20L420 480L120 480Z', d.linear([(0, '#fffbe0', .28), (1, '#fffbe0', 0)])))
+        for x, w in ((-60, 90), (70, 60), (170, 26)):
+            d.add(polygon([(x, -20), (x + w, -20), (x + w * 2.4 + 150, 400), (x + 90, 400)],
+                          d.linear([(0, '#fffbe0', .2), (1, '#fffbe0', 0)])))
     d.save(name)
 
 
@@ -435,7 +439,7 @@ def classroom(name, mood, umbrella):
     # Slanting light, dust in it.
     for x, w in ((40, 60), (150, 46), (214, 30)):
         d.add(polygon([(x, 60), (x + w, 70), (x + w + 290, 470), (x + 170, 480)],
-                      d.linear([(0, c['beam'], c['beamStrength'] * .55), (1, c['beam'], 0)])))
+                      d.linear([(0, c['beam'], 0), (.22, c['beam'], c['beamStrength'] * .42), (1, c['beam'], 0)])))
     for _ in range(46):
         x, y = r.uniform(60, 420), r.uniform(110, 420)
         d.add(ellipse(x, y, r.uniform(.6, 1.5), r.uniform(.6, 1.5), c['sun'], opacity=r.uniform(.3, .8)))
@@ -564,7 +568,9 @@ def roof(name):
     puddle = d.linear([(0, '#ffe0b0'), (.6, '#f0a4a4'), (1, '#9c84bc')])
     for x, y, rx, ry in ((150, 372, 130, 9), (250, 430, 150, 17), (520, 398, 96, 10), (70, 462, 90, 12), (560, 462, 110, 14)):
         d.add(ellipse(x, y, rx, ry, puddle, opacity=.92))
-    d.add(path('M128 366h46l-8 14h-30ZM136 418h34l-6 26h-20Z', '#fffbe4', opacity=.8))
+    for i in range(7):
+        d.add(ellipse(150, 366 + i * 2.4, 20 - i * 1.5, .9, '#fffbe4', opacity=.9),
+              ellipse(156 + i % 2 * 6, 417 + i * 3.8, 24 - i * 2.4, 1.3, '#fffbe4', opacity=.85))
     ripples(d, ((300, 428, 20), (520, 398, 14), (84, 462, 15)), '#fff4dc', .8)
     # Railing; every drop on it has the sun inside.
     d.add(rect(0, 334, W, 12, '#6f5c84'), rect(0, 334, W, 3, '#e8b4a8'))

@@ -251,16 +251,16 @@ def sleeveCuff(x, y, turn):
                  f'translate({x} {y}) rotate({turn})')
 
 
+def beluneParts(d, arms, mood, tilt):
+    before, after = arms(d)
+    head = group(face(d, 'belune', mood) + beluneFrontHair(d), f'rotate({tilt} {CENTRE} {MOUTH_Y})')
+    return [*beluneBackHair(d), *beluneBody(d), *neck(), *before, head, *after]
+
+
 def belune(name, arms, mood, tilt, behind=()):
     d = Drawing(260, 440)
-    back = [item(d) for item in behind]
-    d.add(*back, *beluneBackHair(d), *beluneBody(d), *neck())
-    before, after = arms(d)
-    d.add(*before)
-    d.add(group(face(d, 'belune', mood) + beluneFrontHair(d), f'rotate({tilt} {CENTRE} {MOUTH_Y})'))
-    d.add(*after)
+    d.add(*[item(d) for item in behind], *beluneParts(d, arms, mood, tilt))
     d.save(name)
-    return d
 
 
 def shaft(x1, y1, x2, y2):
@@ -417,15 +417,17 @@ def cuff(x, y, turn):
 LESSA_DOWN = 20
 
 
+def lessaParts(d, arms, mood, tilt):
+    before, after = arms(d)
+    turn = f'rotate({tilt} {CENTRE} {MOUTH_Y})'
+    head = group(face(d, 'lessa', mood) + glasses() + lessaFrontHair(d), turn)
+    return [group(lessaBackHair(d), turn), *lessaBody(d), *neck(), *before, head, *after]
+
+
 def lessa(name, arms, mood, tilt):
     d = Drawing(260, 440)
-    before, after = arms(d)
-    head = group(face(d, 'lessa', mood) + glasses() + lessaFrontHair(d),
-                 f'rotate({tilt} {CENTRE} {MOUTH_Y})')
-    d.add(group([group(lessaBackHair(d), f'rotate({tilt} {CENTRE} {MOUTH_Y})'), *lessaBody(d), *neck(),
-                 *before, head, *after], f'translate(0 {LESSA_DOWN})'))
+    d.add(group(lessaParts(d, arms, mood, tilt), f'translate(0 {LESSA_DOWN})'))
     d.save(name)
-    return d
 
 
 def armsBook(d):

@@ -3,8 +3,9 @@
 
     screen.py TARGET.png PICTURE.png X,Y [PICTURE.png X,Y]...
 
-The pictures are what "qvtool mcg decode" writes. The first one gives the size. CELL of a strip:
-PICTURE.png X,Y,COLUMN,WIDTH. "black" as X,Y darkens nothing; entries that clash are told.
+The pictures are what "qvtool mcg decode" writes; the first one gives the size. X,Y,COLUMN,WIDTH
+takes one cell of a strip. PICTURE.png X,Y,tint does not draw the picture: what it would cover turns
+to the grey of the message frame's ground, in a colour table of its own, as the frame has it.
 """
 
 import struct
@@ -43,36 +44,59 @@ def read(path):
     return width, height, rows, palette
 
 
+def tinted(colour, strength=100):
+    light = 30 * colour[0] + 59 * colour[1] + 11 * colour[2]
+    return ((light * (strength + 1) >> 8) // 100,) * 3
+
+
 def main():
     target, rest = sys.argv[1], sys.argv[2:]
-    screen, palette = None, bytearray(768)
+    screen, palette, ground = None, [(0, 0, 0)] * 256, set()
+    frame = {}  # what stands over the tinted ground, where the ground's colour table is kept
     for path, place in zip(rest[::2], rest[1::2]):
         width, height, rows, colours = read(path)
-        x0, y0, *cell = map(int, place.split(','))
-        left = 0
-        if cell:
-            left, width = cell[0] * cell[1], cell[1]
+        x0, y0, *cell = place.split(',')
+        x0, y0, left = int(x0), int(y0), 0
+        if len(cell) == 2:
+            width = int(cell[1])
+            left = int(cell[0]) * width
         key = rows[0][0] if screen else -1
-        used = set().union(*rows) - {key}
-        for entry in used:
-            palette[entry * 3:entry * 3 + 3] = colours[entry * 3:entry * 3 + 3]
+        own = {i: tuple(colours[i * 3:i * 3 + 3]) for i in set().union(*rows) - {key}}
+        if cell != ['tint']:
+            for entry, colour in own.items():
+                if palette[entry] not in ((0, 0, 0), colour) and 10 <= entry < 246:
+                    print(f'{path}: entry {entry} was another colour before')
+                palette[entry] = colour
         if screen is None:
             screen = rows
             continue
-        for y, row in enumerate(rows):
-            if 0 <= y + y0 < len(screen):
-                for x in range(width):
-                    if row[left + x] != key and 0 <= x + x0 < len(screen[0]):
-                        screen[y + y0][x + x0] = row[left + x]
+        for y in range(max(0, -y0), min(height, len(screen) - y0)):
+            for x in range(max(0, -x0), min(width, len(screen[0]) - x0)):
+                index, at = rows[y][left + x], (x + x0, y + y0)
+                if index == key:
+                    continue
+                if cell == ['tint']:
+                    ground.add(at)
+                elif at in ground:
+                    frame[at] = own[index]
+                else:
+                    screen[at[1]][at[0]] = index
+
+    def pixel(x, y):
+        colour = palette[screen[y][x]]
+        free = 10 <= screen[y][x] <= 245  # static colours are never tinted
+        return frame.get((x, y)) or (tinted(colour) if free and (x, y) in ground else colour)
+
+    lines = (b'\0' + b''.join(bytes(pixel(x, y)) for x in range(len(screen[0])))
+             for y in range(len(screen)))
 
     def chunk(kind, body):
         return struct.pack('>I', len(body)) + kind + body + struct.pack('>I', zlib.crc32(kind + body))
 
     with open(target, 'wb') as out:
         out.write(b'\x89PNG\r\n\x1a\n')
-        out.write(chunk(b'IHDR', struct.pack('>IIBBBBB', len(screen[0]), len(screen), 8, 3, 0, 0, 0)))
-        out.write(chunk(b'PLTE', bytes(palette)))
-        out.write(chunk(b'IDAT', zlib.compress(b''.join(b'\0' + bytes(r) for r in screen), 9)))
+        out.write(chunk(b'IHDR', struct.pack('>IIBBBBB', len(screen[0]), len(screen), 8, 2, 0, 0, 0)))
+        out.write(chunk(b'IDAT', zlib.compress(b''.join(lines), 9)))
         out.write(chunk(b'IEND', b''))
 
 

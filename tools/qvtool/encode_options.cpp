@@ -26,6 +26,9 @@ void addEncodeOptions(CLI::App& command, EncodeOptions& options) {
       .add_option("--key-transparent", options.key,
                   "INDEX: transparent pixels get this index, and with them the top left one")
       ->check(CLI::Range(0, 255));
+  command.add_flag("--no-statics", options.noStatics,
+                   "Pixels get no static colour, so that tints and fades of the palette find them "
+                   "all");
   command.add_option("--dither", options.dither, "0 (none) to 1 (the default)")
       ->check(CLI::Range(0.0, 1.0));
   command.add_flag("--as-is", options.asIs,
@@ -50,9 +53,11 @@ Image sourceImage(const EncodeOptions& options) {
 
 codec::IndexedPicture indexedSource(const EncodeOptions& options) {
   const Image image = sourceImage(options);
-  const bool chosen = !options.entries.empty() || !options.fixed.empty() || options.key >= 0;
+  const bool chosen =
+      !options.entries.empty() || !options.fixed.empty() || options.key >= 0 || options.noStatics;
   if (options.asIs) {
-    if (chosen) throw Failure("--as-is goes with none of --entries, --fix, --key-transparent.");
+    if (chosen)
+      throw Failure("--as-is goes with none of --entries, --fix, --key-transparent, --no-statics.");
     if (!image.indexed) throw Failure(options.source.string() + " is no indexed PNG.");
     return *image.indexed;
   }
@@ -69,6 +74,7 @@ codec::IndexedPicture indexedSource(const EncodeOptions& options) {
     wishes.fixed.push_back(parseFixedColour(text));
   if (options.key >= 0) wishes.key = options.key;
   wishes.dither = options.dither;
+  wishes.statics = !options.noStatics;
   std::vector<std::string> warnings;
   codec::IndexedPicture picture = quantise(image, wishes, warnings);
   for (const std::string& warning : warnings)

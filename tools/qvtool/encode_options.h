@@ -21,7 +21,7 @@ struct EncodeOptions {
   std::vector<std::string> fixed;
   int key = -1;
   double dither = 1;
-  bool asIs = false;
+  bool noStatics = false, asIs = false;
 };
 
 void addEncodeOptions(CLI::App& command, EncodeOptions& options);

@@ -62,7 +62,8 @@ FixedEntries fixedEntries(const QuantiseWishes& wishes) {
   const auto setEntry = [&](int entry, uint32_t colour) {
     fixed.table.colours[static_cast<size_t>(entry)] = colour;
     fixed.table.marks[static_cast<size_t>(entry)] = codec::IndexedPicture::Used;
-    if (entry != wishes.key) fixed.entries.push_back(entry);
+    const bool allowed = wishes.statics || !isStaticColour(static_cast<size_t>(entry));
+    if (entry != wishes.key && allowed) fixed.entries.push_back(entry);
   };
   constexpr auto Standard = greyRampWithStaticColours();
   for (size_t entry = 0; entry < 256; ++entry)
@@ -225,7 +226,8 @@ codec::IndexedPicture quantise(const Image& image, const QuantiseWishes& wishes,
   const Held<liq_result> result(chosen);
   liq_set_dithering_level(result.get(), static_cast<float>(wishes.dither));
 
-  const uint32_t filler = fixed.table.colours[static_cast<size_t>(fixed.entries.front())];
+  const liq_palette& palette = *liq_get_palette(result.get());
+  const uint32_t filler = palette.count ? rgbOf(palette.entries[0]) : KeyColour;
   const std::vector<uint8_t> rgba = opaqueCopy(image, filler);
   const Held<liq_image> source(
       liq_image_create_rgba(attributes.get(), rgba.data(), image.width, image.height, 0));
@@ -236,7 +238,7 @@ codec::IndexedPicture quantise(const Image& image, const QuantiseWishes& wishes,
                                    picture.pixels.size()) == LIQ_OK,
           "the picture could not be mapped");
 
-  const std::array<uint8_t, 256> places = placeColours(*liq_get_palette(result.get()), fixed);
+  const std::array<uint8_t, 256> places = placeColours(palette, fixed);
   for (uint8_t& pixel : picture.pixels)
     pixel = places[pixel];
   picture.width = image.width;

@@ -34,6 +34,9 @@ struct QuantiseWishes {
   std::vector<FixedColour> fixed;  ///< within the range
   std::optional<int> key;          ///< the index of transparent pixels
   double dither = 1;               ///< 0 to 1
+  /// Pixels may have static colours. Without them a tint or fade of the palette, which leaves
+  /// static entries as they are, finds every pixel.
+  bool statics = true;
 };
 
 /// Entries of the range that got no colour, and all beyond it but the static ones, are marked free.

@@ -99,6 +99,29 @@ TEST_F(QvTool, MarksTheColoursThatAreUsedAndTheStaticOnes) {
         << entry;
 }
 
+TEST_F(QvTool, KeepsPixelsOffTheStaticColoursWhenToldTo) {
+  // Black and white beside a gradient: static colours would fit exactly.
+  const std::string drawing =
+      writeSvg("a.svg", std::string(Gradient) +
+                            "<rect width='2' height='4'/>"
+                            "<rect x='6' width='2' height='4' fill='white'/>");
+  const auto staticPixels = [&](const std::string& name) {
+    const QVDib dib = load(name);
+    return std::count_if(dib.bits().begin(), dib.bits().end(),
+                         [](uint8_t pixel) { return isStaticColour(pixel); });
+  };
+  expectWell({"mcg", "encode", drawing, at("with.mcg"), "--entries", "40-60"});
+  EXPECT_GT(staticPixels("with.mcg"), 0);
+  expectWell({"mcg", "encode", drawing, at("without.mcg"), "--entries", "40-60", "--no-statics"});
+  EXPECT_EQ(load("without.mcg").width(), 8);
+  EXPECT_EQ(staticPixels("without.mcg"), 0);
+  const std::string clear = writeSvg("clear.svg", "");
+  expectWell({"mcg", "encode", clear, at("clear.mcg"), "--entries", "40-60", "--no-statics",
+              "--key-transparent", "40"});
+  for (const uint8_t pixel : load("clear.mcg").bits())
+    EXPECT_EQ(pixel, 40);
+}
+
 TEST_F(QvTool, RefusesAnotherColourAtAStaticEntryUnlessItIsToldTo) {
   IndexedPicture picture = indexed(4, 2);
   picture.colours[3] = 0x123456;

@@ -1,0 +1,9 @@
+#!/usr/bin/env python3
+"""Draws all pictures anew: each module writes the SVG files that pictures.txt names."""
+
+import backgrounds
+import characters
+import interface
+
+for module in (characters, backgrounds, interface):
+    module.main()
