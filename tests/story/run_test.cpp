@@ -372,6 +372,36 @@ TEST_F(RunTest, SettingsSurviveARestartInTheSystemFile) {
       play("chain", "expect sysreg 65 5\nexpect sysreg 64 3\nquit\n", {"--headless"}, false));
 }
 
+/// The reel is long: sanitizers look at a few of its seeds, the release build at a hundred.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int ReelSeeds = 2;
+#else
+constexpr int ReelSeeds = 100;
+#endif
+
+TEST_F(RunTest, SeedsOfTheShowReelGoThroughWithoutADeadlock) {
+  const std::string script = (folder.path() / "reel.play").string();
+  writeWhole(script, "ready\nexpect scene sc_reel\nsleep 65000\nready\nexpect scene sc_menu\n");
+  for (int seed = 1; seed <= ReelSeeds; ++seed) {
+    const ProcessResult result =
+        bare({"--simulate", std::to_string(seed), "--scene", "sc_reel", "--play", script, "--user",
+              (folder.path() / "player").string(), QV_OUTPUT_DIR "/vorlane"});
+    ASSERT_EQ(result.status, 0) << "seed " << seed << ": " << result.errors;
+  }
+}
+
+TEST_F(RunTest, ClosingAtAnyMomentOfTheShowReelEndsTheRun) {
+  const std::string script = (folder.path() / "reel.play").string();
+  for (int millis = 0; millis <= 60'000; millis += ReelSeeds == 100 ? 1500 : 15'000) {
+    writeWhole(script, "sleep " + std::to_string(millis) + "\nnow close\n");
+    const ProcessResult result =
+        bare({"--simulate", "5", "--scene", "sc_reel", "--play", script, "--user",
+              (folder.path() / "player").string(), QV_OUTPUT_DIR "/vorlane"});
+    ASSERT_EQ(result.status, 0) << millis << " ms: " << result.errors;
+    ASSERT_EQ(result.errors, "") << millis << " ms";
+  }
+}
+
 TEST_F(RunTest, TheSampleIsReadFromItsTitleToAnEnding) {
   const std::string user = (folder.path() / "player").string();
   for (const char* seed : {"1", "2", "3", "4", "5", "6", "7", "8"}) {
