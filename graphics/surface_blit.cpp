@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 #include "graphics/axis_map.h"
@@ -17,6 +18,18 @@ constexpr int32_t LeastPatternLevel = -15, PatternLevels = 16, LeastCombStep = 2
 
 // Of the blends onto 32 bits.
 constexpr int32_t WholeLevel = 16;
+
+/// Whole rows without padding lie next to each other: the same pixels as one long row, which costs
+/// no more than moving memory.
+KernelRows joined(KernelRows rows) {
+  if (rows.targetStride != rows.width || rows.sourceStride != rows.width) return rows;
+  const ptrdiff_t others = static_cast<ptrdiff_t>(rows.height - 1) * rows.width;
+  rows.target -= others;
+  rows.source -= others;
+  rows.width *= rows.height;
+  rows.height = 1;
+  return rows;
+}
 
 /// Factors of -1 and 0 leave the size too.
 int32_t plainFactor(int32_t factor) {
@@ -41,11 +54,10 @@ uint8_t QVVSurface::keyByte(ColourKey key) const {
 void QVVSurface::blitArea(QVVSurface& target, BlitArea area, ColourKey key) const {
   if (!area.clip(target.width_, target.height_, width_, height_)) return;
   const KernelRows rows = rowsOf(target, area);
-  const bool within = &target == this && area.overlapsItself();
-  if (key == KeyNone)
-    within ? copyRowsWithin(form_, rows) : copyRows(form_, rows);
+  if (&target == this && area.overlapsItself())
+    key == KeyNone ? copyRowsWithin(form_, rows) : copyRowsKeyWithin(form_, rows, keyByte(key));
   else
-    (within ? copyRowsKeyWithin : copyRowsKey)(form_, rows, keyByte(key));
+    key == KeyNone ? copyRows(form_, joined(rows)) : copyRowsKey(form_, joined(rows), keyByte(key));
 }
 
 void QVVSurface::blendArea(QVVSurface& target, BlitArea area, int32_t level, ColourKey key) const {
@@ -87,7 +99,9 @@ void QVVSurface::blendAreaTo32(QVVSurface24& target, BlitArea area, int32_t leve
 }
 
 void QVVSurface::blitMapped(QVVSurface& target, const AxisMap& columns, const AxisMap& rows) const {
+  // Out of the loop's way, since a store of bytes might change any vector.
   const size_t width = columns.sources.size();
+  const int32_t* const sourceColumns = columns.sources.data();
   if (width == 0) return;
   int32_t y = rows.first, rowAbove = -1;
   for (const int32_t sourceRow : rows.sources) {
@@ -99,7 +113,7 @@ void QVVSurface::blitMapped(QVVSurface& target, const AxisMap& columns, const Ax
     }
     const uint8_t* from = at(0, sourceRow);
     for (size_t x = 0; x < width; ++x)
-      to[x] = from[columns.sources[x]];
+      to[x] = from[sourceColumns[x]];
     rowAbove = sourceRow;
   }
 }
