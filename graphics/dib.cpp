@@ -188,7 +188,7 @@ void QVDib::loadPacked(std::span<const uint8_t> block) {
 void QVDib::loadPacked(std::span<const uint8_t> block, std::span<const uint8_t> pixels) {
   clear();
   const std::optional<StoredHeader> stored = StoredHeader::of(block);
-  if (!stored || stored->endOfTable() > block.size()) return;
+  if (!stored || stored->bytes > block.size()) return;
   const auto announced = static_cast<uint64_t>(packedPixelBytes(stored->info));
   DibBuilder::build(*this, *stored, block.subspan(stored->bytes),
                     copyOf(pixels.first(std::min<uint64_t>(announced, pixels.size()))));

@@ -69,6 +69,8 @@ class QVDib {
   /// Detection by content at the file's position: BMP, MCG, SLD. Empty when it is none of them or
   /// damaged. Throws NotEnoughMemoryException and the file's exceptions.
   void loadFromFile(QVFile& file);
+  /// The same from a whole file in memory.
+  void loadFromMemory(std::span<const uint8_t> image);
   /// By path; an empty path asks the player for a file.
   void loadFromPathName(const QVPathName& path);
   void loadByName(const char* name);
@@ -77,7 +79,8 @@ class QVDib {
   void loadResource(const char* name);
   void loadResource(int32_t id);
   /// From a packed bitmap in memory; `pixels` takes them from there instead of behind the header.
-  /// Copies what the block holds and no more.
+  /// Copies what the block holds and no more: colours that are missing are zero, pixels that are
+  /// missing are missing.
   void loadPacked(std::span<const uint8_t> block);
   void loadPacked(std::span<const uint8_t> block, std::span<const uint8_t> pixels);
 

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstddef>
 #include <cstring>
 
 #include "graphics/axis_map.h"
@@ -18,18 +17,6 @@ constexpr int32_t LeastPatternLevel = -15, PatternLevels = 16, LeastCombStep = 2
 
 // Of the blends onto 32 bits.
 constexpr int32_t WholeLevel = 16;
-
-/// Whole rows without padding lie next to each other: the same pixels as one long row, which costs
-/// no more than moving memory.
-KernelRows joined(KernelRows rows) {
-  if (rows.targetStride != rows.width || rows.sourceStride != rows.width) return rows;
-  const ptrdiff_t others = static_cast<ptrdiff_t>(rows.height - 1) * rows.width;
-  rows.target -= others;
-  rows.source -= others;
-  rows.width *= rows.height;
-  rows.height = 1;
-  return rows;
-}
 
 /// Factors of -1 and 0 leave the size too.
 int32_t plainFactor(int32_t factor) {
@@ -57,7 +44,7 @@ void QVVSurface::blitArea(QVVSurface& target, BlitArea area, ColourKey key) cons
   if (&target == this && area.overlapsItself())
     key == KeyNone ? copyRowsWithin(form_, rows) : copyRowsKeyWithin(form_, rows, keyByte(key));
   else
-    key == KeyNone ? copyRows(form_, joined(rows)) : copyRowsKey(form_, joined(rows), keyByte(key));
+    key == KeyNone ? copyRows(form_, rows) : copyRowsKey(form_, rows, keyByte(key));
 }
 
 void QVVSurface::blendArea(QVVSurface& target, BlitArea area, int32_t level, ColourKey key) const {
