@@ -38,6 +38,17 @@ constexpr ColourTable NewColours = [] {
   return table;
 }();
 
+/// In pieces that the processor's vectors move.
+void swapRows(uint8_t* a, uint8_t* b, size_t width) {
+  std::array<uint8_t, 256> held;
+  for (size_t x = 0; x < width; x += held.size()) {
+    const size_t count = std::min(held.size(), width - x);
+    std::memcpy(held.data(), a + x, count);
+    std::memcpy(a + x, b + x, count);
+    std::memcpy(b + x, held.data(), count);
+  }
+}
+
 }  // namespace
 
 const ColourTable& defaultColours() {
@@ -99,8 +110,8 @@ void QVVSurface::mirror(int32_t axis, int32_t x, int32_t y, int32_t w, int32_t h
   if (axis == ExchangeRows) {
     for (int64_t above = area.y.target, below = above + area.y.count - 1; above < below;
          ++above, --below)
-      std::swap_ranges(at(area.x.target, above), at(area.x.target, above) + area.width(),
-                       at(area.x.target, below));
+      swapRows(at(area.x.target, above), at(area.x.target, below),
+               static_cast<size_t>(area.width()));
   } else if (axis == ReverseRows) {
     for (int64_t row = area.y.target; row < area.y.target + area.y.count; ++row)
       std::reverse(at(area.x.target, row), at(area.x.target, row) + area.width());

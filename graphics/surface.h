@@ -47,6 +47,8 @@ class QVVSurface {
   /// Only bitmaps of 8 bits; anything else is ignored without a word.
   virtual void assignDib(const QVDib& dib);
   virtual void loadByName(const char* name);
+  /// A picture among the game's resources; a missing one changes nothing, and no box is shown.
+  virtual void loadResource(int32_t id);
   /// New pixels, all zero, and the colours of a new surface. Sizes below 1 count as 0. More than
   /// MostPixels are refused like a lack of memory: NotEnoughMemoryException is thrown, and the
   /// surface keeps its old pixels and colours.
@@ -177,6 +179,7 @@ class QVVSurface24 {
   /// Bitmaps of 8, 24 and 32 bits; others are ignored. The fourth byte of every pixel is 0.
   virtual void assignDib(const QVDib& dib);
   virtual void loadByName(const char* name);
+  virtual void loadResource(int32_t id);
   virtual void create(int32_t width, int32_t height);
   /// Bitmaps of 8, 24 and 32 bits, at the top left; the key counts for those of 8 alone.
   virtual void blitDib(const QVDib& dib, ColourKey key);

@@ -107,6 +107,12 @@ void QVVSurface24::loadByName(const char* name) {
   assignDib(dib);
 }
 
+void QVVSurface24::loadResource(int32_t id) {
+  QVDib dib;
+  dib.loadResource(id);
+  assignDib(dib);
+}
+
 void QVVSurface24::blitDib(const QVDib& dib, ColourKey key) {
   if (!rowReader(dib)) return;
   if (dib.bitCount() == 8) {

@@ -41,11 +41,10 @@ uint8_t QVVSurface::keyByte(ColourKey key) const {
 void QVVSurface::blitArea(QVVSurface& target, BlitArea area, ColourKey key) const {
   if (!area.clip(target.width_, target.height_, width_, height_)) return;
   const KernelRows rows = rowsOf(target, area);
-  const bool within = &target == this && area.overlapsItself();
-  if (key == KeyNone)
-    within ? copyRowsWithin(form_, rows) : copyRows(form_, rows);
+  if (&target == this && area.overlapsItself())
+    key == KeyNone ? copyRowsWithin(form_, rows) : copyRowsKeyWithin(form_, rows, keyByte(key));
   else
-    (within ? copyRowsKeyWithin : copyRowsKey)(form_, rows, keyByte(key));
+    key == KeyNone ? copyRows(form_, rows) : copyRowsKey(form_, rows, keyByte(key));
 }
 
 void QVVSurface::blendArea(QVVSurface& target, BlitArea area, int32_t level, ColourKey key) const {
@@ -87,7 +86,9 @@ void QVVSurface::blendAreaTo32(QVVSurface24& target, BlitArea area, int32_t leve
 }
 
 void QVVSurface::blitMapped(QVVSurface& target, const AxisMap& columns, const AxisMap& rows) const {
+  // Out of the loop's way, since a store of bytes might change any vector.
   const size_t width = columns.sources.size();
+  const int32_t* const sourceColumns = columns.sources.data();
   if (width == 0) return;
   int32_t y = rows.first, rowAbove = -1;
   for (const int32_t sourceRow : rows.sources) {
@@ -99,7 +100,7 @@ void QVVSurface::blitMapped(QVVSurface& target, const AxisMap& columns, const Ax
     }
     const uint8_t* from = at(0, sourceRow);
     for (size_t x = 0; x < width; ++x)
-      to[x] = from[columns.sources[x]];
+      to[x] = from[sourceColumns[x]];
     rowAbove = sourceRow;
   }
 }

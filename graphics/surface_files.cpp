@@ -85,6 +85,12 @@ void QVVSurface::loadByName(const char* name) {
   assignDib(dib);
 }
 
+void QVVSurface::loadResource(int32_t id) {
+  QVDib dib;
+  dib.loadResource(id);
+  assignDib(dib);
+}
+
 std::vector<uint8_t> QVVSurface::infoBlockAndPixels() const {
   const std::lock_guard guard(lock_);
   BitmapInfoHeader header = header_;

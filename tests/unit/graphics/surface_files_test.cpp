@@ -244,6 +244,37 @@ TEST_F(SurfaceFiles, MissingPicturesRaise) {
   EXPECT_EQ(surface.width(), 16);
 }
 
+TEST_F(SurfaceFiles, PicturesAreLoadedFromTheGamesResourcesByNumber) {
+  QVVSurface picture, surface;
+  QVVSurface24 surface24;
+  putPattern(picture, 7, 5);
+  platform.writeFile(platform.game() / "res" / "101.bmp",
+                     written([&](QVFile& file) { picture.writeBmp(file); }));
+  surface.loadResource(101);
+  EXPECT_EQ(linesOf(surface), linesOf(picture));
+  surface24.loadResource(101);
+  EXPECT_EQ(surface24.width(), 7);
+  // A file of that name elsewhere is none of them.
+  platform.writeFile(platform.player() / "102",
+                     written([&](QVFile& file) { picture.writeBmp(file); }));
+  QVVSurface other;
+  other.loadResource(102);
+  EXPECT_EQ(other.width(), 16);
+  EXPECT_TRUE(platform.dialogs.shown.empty());
+}
+
+TEST_F(SurfaceFiles, AnEmptyNameAsksThePlayerForAPicture) {
+  QVVSurface picture, surface;
+  putPattern(picture, 7, 5);
+  picture.saveBmpByName("chosen.bmp");
+  surface.loadFromFile("");
+  EXPECT_EQ(platform.dialogs.asked.size(), 1u);
+  EXPECT_EQ(surface.width(), 16);  // refused
+  platform.dialogs.chosenPaths.push_back("C:\\chosen.bmp");
+  surface.loadFromFile("");
+  EXPECT_EQ(linesOf(surface), linesOf(picture));
+}
+
 TEST_F(SurfaceFiles, ClosedFilesArePassedOver) {
   QVFile closed;
   QVVSurface surface;
@@ -273,7 +304,7 @@ TEST_F(SurfaceFiles, TaggedRecordsComeBack) {
   }
 }
 
-TEST_F(SurfaceFiles, TaggedRecordsOf32BitsComeBackWholeWithoutASizeOfTheImage) {
+TEST_F(SurfaceFiles, WideTaggedRecordsComeBackWholeWithoutASizeOfTheImage) {
   QVVSurface source;
   QVVSurface24 surface, again;
   putPattern(source, 13, 9);

@@ -1,0 +1,95 @@
+// What surfaces cost beside moving the same bytes, at 640 by 480: from a decoded picture to a
+// surface, fills, stretches, tiles, and the paint onto a window's pixels. Locks, clipping and
+// colour tables are in these numbers; the loops alone are in the bench of the kernels.
+
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "bench/ground.h"
+#include "bench/ratio.h"
+#include "graphics/surface.h"
+
+namespace {
+
+using namespace qv;
+
+constexpr int32_t Width = 640, Height = 480;
+constexpr size_t Pixels = size_t{Width} * Height;
+constexpr int Times = 1500;
+
+QVDib picture() {
+  BitmapInfoHeader header;
+  header.width = Width;
+  header.height = Height;
+  std::vector<uint8_t> block(sizeof header + sizeof(ColourTable) + Pixels);
+  std::memcpy(block.data(), &header, sizeof header);
+  for (size_t i = sizeof header; i < block.size(); ++i)
+    block[i] = static_cast<uint8_t>(i * i >> 7);
+  QVDib dib;
+  dib.loadPacked(block);
+  return dib;
+}
+
+template <class Work>
+auto often(Work work) {
+  return [work] {
+    for (int i = 0; i < Times; ++i)
+      work();
+  };
+}
+
+/// Bytes moved from one block that stays to another.
+class Copy {
+ public:
+  explicit Copy(size_t bytes) : from_(bytes, 1), to_(bytes, 2) {}
+  auto work() {
+    return often([this] {
+      std::memcpy(to_.data(), from_.data(), to_.size());
+      bench::keep(to_[0]);
+    });
+  }
+
+ private:
+  std::vector<uint8_t> from_, to_;
+};
+
+}  // namespace
+
+int main() {
+  bench::Table table;
+  const bench::Ground ground;
+  Copy copy8(Pixels), copy32(Pixels * 4);
+  const QVDib dib = picture();
+  QVVSurface surface, target, half, tile;
+  surface.assignDib(dib);
+  target.create(Width, Height);
+  half.create(Width / 2, Height / 2);
+  surface.stretchTo(half, 0, 0, Width / 2, Height / 2);
+  tile.create(64, 48);
+  surface.blit(tile, 0, 0, 0, 0, 64, 48, KeyNone);
+  std::vector<uint32_t> window(Pixels);
+
+  const auto row8 = [&](const char* what, double limit, auto work) {
+    table.atMost(what, limit, bench::measure(often(work), copy8.work()));
+  };
+  row8("bitmap to surface / memcpy", 1.15, [&] { target.assignDib(dib); });
+  row8("blit / memcpy", 1.05, [&] { surface.blit(target, 0, 0, 0, 0, Width, Height, KeyNone); });
+  row8("blit with a key / memcpy", 1.2,
+       [&] { surface.blit(target, 0, 0, 0, 0, Width, Height, 1); });
+  row8("fill / memcpy", 1.15, [&] { target.fill(7); });
+  row8("tiles of 64 by 48 / memcpy", 5, [&] { tile.tileOnto(target, nullptr, false); });
+  row8("mirror of rows / memcpy", 6, [&] { target.mirror(1, 0, 0, 0, 0); });
+  row8("stretch to the double size / memcpy", 9,
+       [&] { half.stretchTo(target, 0, 0, Width, Height); });
+  row8("stretch by a third, clipped / memcpy", 12,
+       [&] { surface.stretchTo(target, -100, -80, Width * 4 / 3, Height * 4 / 3); });
+  row8("scaled blit by 2 / memcpy", 8,
+       [&] { half.blitScaled(target, 0, 0, 0, 0, Width / 2, Height / 2, 2, 2); });
+  table.atMost("paint / memcpy of the window's bytes", 3.5,
+               bench::measure(often([&] {
+                                surface.paint(window, Width, Height, 0, 0, {0, 0, Width, Height});
+                              }),
+                              copy32.work()));
+  return table.status();
+}
