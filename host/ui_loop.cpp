@@ -22,9 +22,11 @@ UiLoop::UiLoop(GameHost& host, Display& display, BoxDesk& boxes, Recorder& recor
       input_(host, boxes, recorder),
       frame_(static_cast<size_t>(ScreenWidth) * ScreenHeight, Compositor::GroundColour),
       presentTick_(tickCount() - PresentMillis) {
-  host_.compositor.setWakeHook([this] { display_.wake(); });
-  host_.queue.setWakeHook([this] { display_.wake(); });
-  boxes_.setWakeHook([this] { display_.wake(); });
+  // Windows go after the loop, and tell the display so: it outlives them all.
+  const auto wake = [&display] { display.wake(); };
+  host_.compositor.setWakeHook(wake);
+  host_.queue.setWakeHook(wake);
+  boxes_.setWakeHook(wake);
 }
 
 void UiLoop::play(std::vector<ScriptLine> lines, const std::string& fileName) {

@@ -32,6 +32,7 @@ class UiLoop : private ScriptStage {
     std::string applicationName;  ///< UTF-8, for the title
   };
 
+  /// The display outlives the host.
   UiLoop(GameHost& host, Display& display, BoxDesk& boxes, Recorder& recorder, Settings settings);
 
   void play(std::vector<ScriptLine> lines, const std::string& fileName);
