@@ -1,47 +1,43 @@
-// What a hand-over, a sent message and an event cost.
+// What a hand-over of the baton, a sent message, an event and a lock cost, in both forms.
 
+#include <array>
 #include <memory>
 #include <mutex>
-#include <vector>
+#include <optional>
+#include <string>
 
-#include <benchmark/benchmark.h>
-
+#include "bench/ratio.h"
 #include "platform/kernel/kernel.h"
 #include "platform/kernel/message_queue.h"
 
-namespace qv {
 namespace {
 
-/// Ten threads hand one token round; each hand-over is one of the baton. Wanted: 80,000 a second.
-void simulatedHandOvers(benchmark::State& state) {
-  constexpr size_t Count = 10;
-  constexpr int Rounds = 1000;
-  for (auto _ : state) {
-    const KernelScope scope(makeSimulatedKernel());
-    std::vector<std::unique_ptr<Event>> turn;
-    for (size_t i = 0; i < Count; ++i)
-      turn.push_back(std::make_unique<Event>("turn", Event::Reset::Automatic));
-    std::vector<Thread> threads(Count);
-    for (size_t i = 0; i < Count; ++i) {
-      threads[i].start("ring", [&, i] {
-        for (int round = 0; round < Rounds; ++round) {
-          turn[i]->wait();
-          turn[(i + 1) % Count]->set();
-        }
-      });
-    }
-    turn[0]->set();
-    for (Thread& thread : threads)
-      thread.join();
-  }
-  state.counters["handovers"] = benchmark::Counter(
-      static_cast<double>(state.iterations()) * Count * Rounds, benchmark::Counter::kIsRate);
-}
-BENCHMARK(simulatedHandOvers)->UseRealTime()->Unit(benchmark::kMillisecond);
+using namespace qv;
 
-/// One message sent and answered between two threads. Wanted of the real form: 20,000 a second.
-void sendAndReply(benchmark::State& state, std::unique_ptr<Kernel> kernel) {
-  const KernelScope scope(std::move(kernel));
+constexpr int Threads = 10, Rounds = 4000;
+
+/// A ring: each thread waits for its own event and then sets its neighbour's, so that every round
+/// is ten hand-overs that nothing can save.
+void runRing() {
+  const KernelScope scope(makeSimulatedKernel());
+  std::array<std::optional<Event>, Threads> turns;
+  for (auto& turn : turns)
+    turn.emplace("turn", Event::Reset::Automatic);
+  std::array<Thread, Threads> ring;
+  for (size_t place = 0; place < Threads; ++place)
+    ring[place].start("ring", [&turns, place] {
+      for (int round = 0; round < Rounds; ++round) {
+        turns[place]->wait();
+        turns[(place + 1) % Threads]->set();
+      }
+    });
+  turns[0]->set();
+  for (Thread& thread : ring)
+    thread.join();
+}
+
+/// Messages sent and answered between two threads.
+void sendMessages(int count) {
   MessageQueue queue("queue");
   Thread receiver;
   receiver.start("receiver", [&] {
@@ -49,62 +45,56 @@ void sendAndReply(benchmark::State& state, std::unique_ptr<Kernel> kernel) {
     while (queue.receive(received, WaitForever))
       received.reply(1);
   });
-  for (auto _ : state) {
-    uintptr_t result = 0;
-    queue.send({1}, &result);
-    if (result != 1) state.SkipWithError("a message was not answered");
+  for (int sent = 0; sent < count; ++sent) {
+    uintptr_t answer = 0;
+    if (!queue.send({1, 0, 0}, &answer) || answer != 1) std::abort();
   }
   queue.close();
   receiver.join();
-  state.counters["messages"] =
-      benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
-void realSendAndReply(benchmark::State& state) {
-  sendAndReply(state, makeRealKernel());
-}
-void simulatedSendAndReply(benchmark::State& state) {
-  sendAndReply(state, makeSimulatedKernel());
-}
-BENCHMARK(realSendAndReply)->UseRealTime();
-BENCHMARK(simulatedSendAndReply)->UseRealTime();
 
-/// Setting and taking an event for which nobody waits.
-void setAndWait(benchmark::State& state, std::unique_ptr<Kernel> kernel) {
-  const KernelScope scope(std::move(kernel));
+/// An event set and taken, and a lock, that nobody else wants.
+void setAndTake(int count) {
   Event event("event", Event::Reset::Automatic);
-  for (auto _ : state) {
+  for (int done = 0; done < count; ++done) {
     event.set();
-    benchmark::DoNotOptimize(event.wait());
+    if (event.wait() != 0) std::abort();
   }
 }
-void realSetAndWait(benchmark::State& state) {
-  setAndWait(state, makeRealKernel());
-}
-void simulatedSetAndWait(benchmark::State& state) {
-  setAndWait(state, makeSimulatedKernel());
-}
-BENCHMARK(realSetAndWait);
-BENCHMARK(simulatedSetAndWait);
-
-/// A lock that nobody else wants.
-void lockAndUnlock(benchmark::State& state, std::unique_ptr<Kernel> kernel) {
-  const KernelScope scope(std::move(kernel));
+void lockAndUnlock(int count) {
   Lock lock("lock", LockRank::Object);
-  for (auto _ : state) {
+  for (int done = 0; done < count; ++done) {
     const std::lock_guard guard(lock);
-    benchmark::ClobberMemory();
+    bench::keep(lock);
   }
 }
-void realLock(benchmark::State& state) {
-  lockAndUnlock(state, makeRealKernel());
+
+template <typename Work>
+double perSecond(int count, const Work& work) {
+  double best = 1e9;
+  for (int run = 0; run < 5; ++run)
+    best = std::min(best, bench::secondsOf([&] { work(count); }));
+  return count / best;
 }
-void simulatedLock(benchmark::State& state) {
-  lockAndUnlock(state, makeSimulatedKernel());
-}
-BENCHMARK(realLock);
-BENCHMARK(simulatedLock);
 
 }  // namespace
-}  // namespace qv
 
-BENCHMARK_MAIN();
+int main() {
+  bench::Table table;
+  table.atLeast("simulated kernel: hand-overs a second among ten threads",
+                perSecond(Threads * Rounds, [](int) { runRing(); }), 80'000);
+  for (const bool simulated : {false, true}) {
+    const KernelScope scope(simulated ? makeSimulatedKernel() : makeRealKernel());
+    const std::string form = simulated ? "simulated" : "real";
+    const double messages = perSecond(20'000, sendMessages);
+    if (simulated)
+      table.note((form + " kernel: messages sent and answered a second").c_str(), messages);
+    else
+      table.atLeast((form + " kernel: messages sent and answered a second").c_str(), messages,
+                    20'000);
+    table.note((form + " kernel: events set and taken a second").c_str(),
+               perSecond(200'000, setAndTake));
+    table.note((form + " kernel: locks a second").c_str(), perSecond(200'000, lockAndUnlock));
+  }
+  return table.status();
+}

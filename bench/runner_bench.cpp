@@ -52,9 +52,10 @@ int main() {
   const qv::bench::Ground ground;
   const qv::GameModule module = {qv::ModuleAbi, "Bench", start,   finish, finish,
                                  nullptr,       nullptr, nullptr, 0};
+  qv::GameHost host(module);
+  host.notifyWindow = nullptr;
   qv::QVScenario scenario;
   manager = &scenario;
-  qv::GameHost host(module);
   scenario.Start(&host, "Bench", qv::RegisterCount, qv::StringRegisterCount,
                  qv::SystemRegisterCount);
 

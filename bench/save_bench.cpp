@@ -50,7 +50,7 @@ struct Registers {
     for (int number = 0; number < qv::RegisterCount; ++number)
       numbers.item(number) = number;
     for (int number = 0; number < qv::StringRegisterCount; ++number)
-      strings.item(number) = "a line of the story, as long as such lines are";
+      strings.item(number).append("a line of the story, as long as such lines are");
   }
   void save(const char* name) {
     qv::QVFile file;

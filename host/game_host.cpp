@@ -13,7 +13,7 @@ GameHost::GameHost(const GameModule& module)
       window(queue),
       windows(listLock, &window, compositor, pointer),
       module_(module),
-      gateLock_("input gate", LockRank::Object) {
+      gateLock_("input gate", LockRank::SceneGate) {
   mainWindow = &window;
   notifyWindow = &window;
 }

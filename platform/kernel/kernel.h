@@ -30,6 +30,7 @@ enum class WaitCut { ByTermination, Never };
 /// Locks are taken in rising rank; debug builds assert it. Locks of one rank are taken by rising
 /// `Lock::order()`. A lock that a thread holds already may be taken again at any time.
 enum class LockRank : int {
+  SceneGate = 5,    ///< the host's hold on a scene that waits, while it looks at the game
   Manager = 10,     ///< the manager's object list
   PrintArea = 20,   ///< one print area
   Animation = 25,   ///< start and stop of one animation, which waits for its thread
