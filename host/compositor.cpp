@@ -195,7 +195,8 @@ void Compositor::release(ScreenWindow& window, bool redraw) {
 }
 
 void Compositor::paintPending() {
-  const Change change(*this);
+  // Who comes here looks by itself, and would wake itself for ever.
+  const std::lock_guard guard(lock_);
   if (!std::exchange(pending_, false)) return;
   for (ScreenWindow* window : windows_)
     paintPendingIn(*window);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "scenario/animation_objects.h"
+#include "scenario/named_surface.h"
 #include "scenario/scenario_host.h"
 
 namespace qv {
@@ -10,7 +11,8 @@ namespace qv {
 namespace {
 
 constexpr ObjectKind Kinds[] = {
-    {TypeSurface, "QVScenario - create:surface", "サーフェース", NativeForm::Member, nullptr},
+    {TypeSurface, "QVScenario - create:surface", "サーフェース", NativeForm::Member,
+     allocateObject<NamedSurface>},
     {TypeCursor, "QVScenario - create:cursor", "カーソル", NativeForm::Member, nullptr},
     {TypeAnimatedControl, "QVScenario - create:animatedControl", "アニメーションコントロール",
      NativeForm::Member, nullptr},

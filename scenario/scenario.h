@@ -83,6 +83,12 @@ class QVScenario {
   /// x may be a position code, of frames alone: in the middle of what the window lies in or of the
   /// screen, or at the pointer and kept on the screen. The size always stays.
   void MoveWindow(const char* name, int32_t x, int32_t y, int32_t keepSize = 1);
+  /// Stretches a surface over an 8-bit view from one rectangle to another (zoom_view.cpp), each
+  /// frame on what `clear` says: -1 nothing, below 256 an index, else the name of a surface or of a
+  /// picture file. Onto a named surface it is stretched once, to the second rectangle.
+  void ZoomView(const char* view, const char* surface, int32_t x0, int32_t y0, int32_t w0,
+                int32_t h0, int32_t x1, int32_t y1, int32_t w1, int32_t h1, int32_t steps,
+                ObjectArgument clear);
   void ShowWindow(const char* name, int32_t visible);
   void HoldView(const char* name);
   void ReleaseView(const char* name, int32_t redraw);

@@ -103,7 +103,7 @@ bool isLongRotation(int32_t effect) {
 void spinTurns(const TransitionEngine& engine, Spinner& spinner, const SpinPicture& front,
                int32_t turns, const SpinBackground& background) {
   const QVVSurface* back = engine.mask1();
-  for (int32_t turn = 1; turn <= turns && !engine.pace().aborted(); ++turn) {
+  for (int64_t turn = 1; turn <= turns && !engine.pace().aborted(); ++turn) {
     if (!back) {
       spinner.spin(front, 0, FullRound, background);
       continue;
