@@ -230,13 +230,13 @@ void QVAnimationArea::removeChild(QVAnimationArea& child) {
 }
 
 void QVAnimationArea::waitUntilUnused() {
-  for (;;) {
-    {
-      const std::lock_guard guard(lock_);
-      if (uses_ == 0) return;
-    }
-    unused_.wait();
+  {
+    const std::lock_guard guard(lock_);
+    if (uses_ == 0) return;
   }
+  // One moment without a use is enough, also when the next one follows at once: that one sees what
+  // has changed.
+  unused_.wait();
 }
 
 // --- The thread ---

@@ -201,6 +201,9 @@ TEST_F(Area, RestoresItsBackupUnderTheFirstCells) {
   show("B(2,0).");
   area.backup();
   drawNow();
+  view.surface.fill(4, nullptr);
+  const Rectangle spoiled{1, 1, 3, 3};
+  view.surface.fill(26, &spoiled);
   area.stop(true);
   EXPECT_EQ(screen(), "DDDDDD/DDDAAD/DDDAAD/DDDDDD");
 }

@@ -204,6 +204,33 @@ TEST_F(RunningArea, CanBeToldToStopByItsOwnThread) {
   EXPECT_TRUE(area.running());
 }
 
+TEST_F(RunningArea, UsesNothingAnyMoreWhenItWasTakenAway) {
+  relate("ABC");
+  QVAnimationArea child;
+  area.addChild(child);
+  const auto start = [this] {
+    area.start(false);
+    sleepMillis(10);
+  };
+  // A tick that takes its time: whoever takes something away waits for its end.
+  view.onUpdate = [] { sleepMillis(70); };
+  start();
+  uint32_t before = tickCount();
+  area.removeChild(child);
+  EXPECT_EQ(tickCount() - before, 60u);
+  area.stop(false);
+  start();
+  before = tickCount();
+  area.setView(nullptr);
+  EXPECT_EQ(tickCount() - before, 60u);
+  area.stop(false);
+  area.setView(&view);
+  start();
+  before = tickCount();
+  area.forget(&sequence);
+  EXPECT_EQ(tickCount() - before, 60u);
+}
+
 TEST_F(RunningArea, EndsWithItsObject) {
   {
     QVAnimationArea passing;
@@ -272,6 +299,31 @@ TEST(AreaSeeds, StartAndStopAtAnyMoment) {
       EXPECT_EQ(run.view.updateCount(), updates);
       run.view.surface.fill(26);
     }
+  });
+}
+
+TEST(AreaSeeds, StartAgainAtTheirEnd) {
+  overSeeds([](SeededRun& run) {
+    Receiver map;
+    QVEvent heard("heard", false, Event::Reset::Automatic);
+    map.onAdvance = [&] {
+      heard.set();
+      // The thread still has something to do.
+      sleepMillis(run.draw(2));
+    };
+    AnimationSequence sequence;
+    sequence.setText("A", true);
+    QVAnimationArea area;
+    area.setView(&run.view);
+    area.relateContainer("r", run.cells.get(), &sequence, 1, 0, 0, true);
+    area.setAutoAdvance({.wanted = true, .clickMap = &map});
+    for (int round = 0; round < 5; ++round) {
+      area.start(false);
+      EXPECT_EQ(heard.wait(1000), 0);
+      sequence.rewind();
+    }
+    area.stop(false);
+    EXPECT_EQ(map.codes.size(), 5u);
   });
 }
 

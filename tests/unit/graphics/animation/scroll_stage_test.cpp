@@ -146,6 +146,15 @@ TEST_F(Scroll, DrawsWhatThereIsOfASurfaceSmallerThanItsPlace) {
   EXPECT_EQ(stage.layer(1)->state(), ScrollLayer::Ended);
 }
 
+TEST_F(Scroll, RepeatsNothingWithoutItsWrapBit) {
+  auto made = setting({0, 0, 4, 3});
+  made.sourceX = 2;
+  made.sourceY = 1;
+  stage.put(1, made);
+  stage.tick();
+  EXPECT_EQ(screen(), "GHZZ/KLZZ/ZZZZ");
+}
+
 TEST_F(Scroll, DrawsByPriorityAndTiesInTheOrderOfTheirMaking) {
   QVVSurface plain[3];
   for (uint8_t index = 0; index < 3; ++index) {
