@@ -5,6 +5,7 @@
 /// owner.
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 
@@ -15,6 +16,15 @@ namespace qv {
 template <class Element>
 class PixelBlock {
  public:
+  PixelBlock() = default;
+  PixelBlock(const PixelBlock& other) { *this = other; }
+  PixelBlock& operator=(const PixelBlock& other) {
+    if (this == &other) return *this;
+    replace(other.count_, false);
+    if (count_) std::memcpy(elements_.get(), other.elements_.get(), count_ * sizeof(Element));
+    return *this;
+  }
+
   /// Makes the block `count` elements long; all zero, or undefined without `zeroed`. Throws
   /// NotEnoughMemoryException, and then the old elements stand.
   void replace(size_t count, bool zeroed = true) {

@@ -103,6 +103,19 @@ class QVScenario {
                       int32_t number2 = 0, int32_t number3 = 0);
   void DisconnectObjects(const char* nameA, const char* nameB);
 
+  // Animation. A name of nothing, or of another kind, makes them do nothing.
+
+  void RelateAnimation(const char* areaName, const char* surfaceName, const char* sequenceName,
+                       int32_t number, int32_t x, int32_t y, int32_t visible);
+  /// Starts an area, with `flag` over a backup of what it covers; or an animation control.
+  void ShowArea(const char* name, int32_t flag);
+  /// Stops an area, with `flag` back to its first cells; a film; or an animation control.
+  void HideArea(const char* name, int32_t flag);
+  /// Plays a film on a view, from the picture of that number unless it is 0; with `wait` it returns
+  /// when the film has ended, or at the abort. An area is started.
+  void PlayDrawAnimation(const char* name, const char* viewName, int32_t wait, int32_t firstFrame,
+                         intptr_t word);
+
   /// Registers, scene name and song to an open file, then the system file is rewritten.
   void SaveState(QVFile& file);
   /// The reverse; gives the scene that the file names, or nothing. `callback` is called with the

@@ -36,7 +36,7 @@ const std::vector<Topic>& topics() {
       {"kernels", together<kernelKinds, blendLevelKinds>(), {}},
       {"palette", paletteKinds(), {}},
       {"views", together<effectKinds, viewKinds>(), {}},
-      {"sequence", {}, {"mouth", "sequence"}},
+      {"sequence", sequenceKinds(), {}},
       {"registers", registerKinds(), {}},
       {"save",
        saveKinds(),

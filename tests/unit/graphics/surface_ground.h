@@ -59,12 +59,14 @@ inline ColourTable someColours(uint32_t start = 1) {
 struct BitmapParts {
   int32_t width = 1, height = 1;
   uint16_t bitCount = 8;
-  std::vector<uint32_t> colours;
-  std::string bits;         ///< as in a file: bottom row first, rows padded to 4 bytes
+  std::vector<uint32_t> colours{};
+  std::string bits{};       ///< as in a file: bottom row first, rows padded to 4 bytes
   BitmapInfoHeader more{};  ///< fields that are not told by the others
 };
 
-inline QVDib bitmapOf(const BitmapParts& parts) {
+/// Never empty: a bitmap of few bits without colours here has one.
+inline QVDib bitmapOf(BitmapParts parts) {
+  if (parts.bitCount <= 8 && parts.colours.empty()) parts.colours = {0};
   BitmapInfoHeader header = parts.more;
   header.width = parts.width;
   header.height = parts.height;
@@ -82,6 +84,7 @@ inline QVDib bitmapOf(const BitmapParts& parts) {
                 parts.bits.size());
   QVDib dib;
   dib.loadPacked(block);
+  EXPECT_FALSE(dib.empty());
   return dib;
 }
 
