@@ -201,7 +201,9 @@ codec::IndexedPicture quantise(const Image& image, const QuantiseWishes& wishes,
     throw Failure("The key " + std::to_string(*wishes.key) +
                   " is neither one of the picture's entries nor a static colour.");
   FixedEntries fixed = fixedEntries(wishes);
-  const std::vector<liq_histogram_entry> colours = opaqueColours(image);
+  std::vector<liq_histogram_entry> colours = opaqueColours(image);
+  // The quantiser wants something to choose from, even where nothing is opaque.
+  if (colours.empty() && fixed.entries.empty()) colours.push_back({colourOf(KeyColour), 1});
 
   const Held<liq_attr> attributes(liq_attr_create());
   require(attributes != nullptr, "there is no memory");
