@@ -15,17 +15,20 @@
 #include <vector>
 
 #include "foundation/string.h"
+#include "graphics/clip.h"
 #include "graphics/colour_key.h"
+#include "graphics/dib.h"
 #include "graphics/kernels/kernels.h"
+#include "graphics/pixel_block.h"
 #include "graphics/rectangle.h"
 #include "platform/kernel/kernel.h"
 
 namespace qv {
 
-class QVDib;
 class QVFile;
 class QVPathName;
 class QVVSurface24;
+struct AxisMap;
 
 using ColourTable = std::array<uint32_t, 256>;  ///< blue, green, red, 0 in memory order
 
@@ -44,25 +47,45 @@ class QVVSurface {
   /// Only bitmaps of 8 bits; anything else is ignored without a word.
   virtual void assignDib(const QVDib& dib);
   virtual void loadByName(const char* name);
-  /// New pixels, all zero, and the colours of a new surface. At most MostPixels; sizes below 1
-  /// count as 0. Throws NotEnoughMemoryException.
+  /// New pixels, all zero, and the colours of a new surface. Sizes below 1 count as 0. More than
+  /// MostPixels are refused like a lack of memory: NotEnoughMemoryException is thrown, and the
+  /// surface keeps its old pixels and colours.
   virtual void create(int32_t width, int32_t height);
-  /// The whole surface stretched onto the rectangle, by nearest pixels, with `target`'s clip.
+  /// The whole surface stretched onto the rectangle, clipped to `target`. Each pixel takes the
+  /// index under its centre: column i of w columns takes column (2i + 1) * width / 2w, rounded
+  /// down; rows alike. Sizes below 1 draw nothing.
   virtual void stretchTo(QVVSurface& target, int32_t x, int32_t y, int32_t w, int32_t h);
+  /// Only bitmaps of 8 bits, at the top left; colours stay.
   virtual void blitDib(const QVDib& dib, ColourKey key);
+  /// Repeats this surface over the rectangle, or over the whole target.
   virtual void tileOnto(QVVSurface& target, const Rectangle* rectangle, bool copyPalette);
+
+  // Whatever changes stored colours shows them at once.
+
+  /// Firsts outside the table and counts below 1 do nothing; a count ends with either table.
   virtual void setColours(const ColourTable& table, int32_t targetFirst, int32_t sourceFirst,
                           int32_t count);
+  /// The same entries of both tables; `first` is clamped into the table.
   virtual void setColoursRange(const ColourTable& table, int32_t first, int32_t count);
   virtual void copyPaletteFrom(const QVVSurface& source);
   virtual void copyPaletteFromDib(const QVDib& dib);
+  /// Shows colours between the stored ones and the target's, fast at first (a quarter circle);
+  /// what is stored stays, so that each step starts from the same colours. A step outside 0 to
+  /// `steps`, so also steps + 1, and `steps` below 1 store the target.
   virtual void fadePalette(const ColourTable& target, int32_t step, int32_t steps);
+
+  /// A tag, the header with the stored colours, the pixels. A closed file is passed over.
   virtual void saveTagged(QVFile& file);
+  /// A foreign tag, and a record that the file cannot hold, leave the surface as it was and the
+  /// file's position behind the tag.
   virtual void loadTagged(QVFile& file);
+  /// The extension ".bmp" takes the place of the path's own.
   virtual void saveBmpByName(const char* path);
   virtual void writeBmp(QVFile& file);
 
-  // All blits clip to both surfaces; nothing inside both is nothing drawn, silently.
+  // All blits clip to both surfaces; nothing inside both is nothing drawn, silently. A blit within
+  // one surface works in the classic order (overlap.h): rows from the top, each from the left.
+
   void blit(QVVSurface& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
             int32_t h, ColourKey key) const;
   /// `level`: -15 to -1 a pattern, 0 and 1 a copy, 2 and above a comb, -16 and below nothing.
@@ -77,11 +100,15 @@ class QVVSurface {
                      int32_t w, int32_t h, int32_t level) const;
   void blitTo32BlendKey(QVVSurface24& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy,
                         int32_t w, int32_t h, int32_t level, ColourKey key) const;
+  /// A factor of 2 and above makes each pixel that large, -2 and below takes every second pixel and
+  /// so on, -1 to 1 leave the size. Without key; w and h are of the source. Pixels that the source
+  /// does not have are not drawn.
   void blitScaled(QVVSurface& target, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
                   int32_t h, int32_t xFactor, int32_t yFactor) const;
   void fill(uint8_t index, const Rectangle* rectangle = nullptr);
-  /// `axis` 1 exchanges rows, 2 reverses each row; w or h of 0 means full.
+  /// Within the rectangle; `axis` 1 exchanges rows, 2 reverses each row; w or h of 0 means full.
   void mirror(int32_t axis, int32_t x, int32_t y, int32_t w, int32_t h);
+  /// Shows tinted greys of the stored colours; a count of 0 means to the end of the table.
   void tintMonochrome(int32_t red, int32_t green, int32_t blue, int32_t first, int32_t count);
 
   /// Paints a part through the shown colours onto 0x00RRGGBB pixels, top row first, clipped to
@@ -104,10 +131,7 @@ class QVVSurface {
     Access(const Access&) = delete;
     Access& operator=(const Access&) = delete;
     /// Row y from the top, strideOf(width) bytes.
-    uint8_t* row(int32_t y) const {
-      return surface_.bits_.data() +
-             static_cast<size_t>(surface_.height_ - y - 1) * strideOf(surface_.width_);
-    }
+    uint8_t* row(int32_t y) const { return surface_.at(0, y); }
 
    private:
     QVVSurface& surface_;
@@ -116,9 +140,29 @@ class QVVSurface {
  private:
   friend class QVVSurface24;
   friend class SurfacePair;
+
+  /// Header, stored colours and pixels as files have them.
+  std::vector<uint8_t> infoBlockAndPixels() const;
+
+  // With the locks held.
+  void blitArea(QVVSurface& target, BlitArea area, ColourKey key) const;
+  void blendArea(QVVSurface& target, BlitArea area, int32_t level, ColourKey key) const;
+  void blendAreaTo32(QVVSurface24& target, BlitArea area, int32_t level, ColourKey key) const;
+  uint8_t* at(int64_t x, int64_t y) const {
+    return bits_.data() + (int64_t{height_} - y - 1) * strideOf(width_) + x;
+  }
+  void blitMapped(QVVSurface& target, const AxisMap& columns, const AxisMap& rows) const;
+  KernelRows rowsOf(QVVSurface& target, const BlitArea& area) const;
+  uint8_t keyByte(ColourKey key) const;
+  void remake(int32_t width, int32_t height, bool zeroed);
+  void showStored() { shown_ = stored_; }
+  void takePixels(const QVDib& dib);
+  void takeColours(const QVDib& dib);
+
   mutable Lock lock_;  ///< guards all below
   int32_t width_ = 0, height_ = 0;
-  std::vector<uint8_t> bits_;
+  BitmapInfoHeader header_;  ///< what files are given beside the size; the last bitmap's
+  PixelBlock<uint8_t> bits_;
   ColourTable stored_{}, shown_{};
   KernelForm form_;  ///< from HasMmx at construction
 };
@@ -134,6 +178,7 @@ class QVVSurface24 {
   virtual void assignDib(const QVDib& dib);
   virtual void loadByName(const char* name);
   virtual void create(int32_t width, int32_t height);
+  /// Bitmaps of 8, 24 and 32 bits, at the top left; the key counts for those of 8 alone.
   virtual void blitDib(const QVDib& dib, ColourKey key);
   virtual void tileOnto(QVVSurface24& target, const Rectangle* rectangle);
   virtual void saveTagged(QVFile& file);
@@ -152,9 +197,20 @@ class QVVSurface24 {
  private:
   friend class QVVSurface;
   friend class SurfacePair;
+
+  std::vector<uint8_t> infoBlockAndPixels() const;
+
+  // With the locks held.
+  void blitArea(QVVSurface24& target, BlitArea area) const;
+  uint32_t* at(int64_t x, int64_t y) const {
+    return bits_.data() + (int64_t{height_} - y - 1) * width_ + x;
+  }
+  void remake(int32_t width, int32_t height);
+
   mutable Lock lock_;  ///< guards all below
   int32_t width_ = 0, height_ = 0;
-  std::vector<uint32_t> bits_;
+  BitmapInfoHeader header_;
+  PixelBlock<uint32_t> bits_;
   KernelForm form_;
 };
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "scenario/animation_objects.h"
+#include "scenario/named_surface.h"
 #include "scenario/scenario_host.h"
 
 namespace qv {
@@ -9,18 +11,22 @@ namespace qv {
 namespace {
 
 constexpr ObjectKind Kinds[] = {
-    {TypeSurface, "QVScenario - create:surface", "サーフェース", NativeForm::Member, nullptr},
+    {TypeSurface, "QVScenario - create:surface", "サーフェース", NativeForm::Member,
+     allocateObject<NamedSurface>},
     {TypeCursor, "QVScenario - create:cursor", "カーソル", NativeForm::Member, nullptr},
     {TypeAnimatedControl, "QVScenario - create:animatedControl", "アニメーションコントロール",
      NativeForm::Member, nullptr},
     {TypePrintArea, "QVScenario - create:printArea", "プリントエリア", NativeForm::Member, nullptr},
     {TypeHitret, "QVScenario - create:hitret", "", NativeForm::Member, nullptr},
     {TypeClickMap, "QVScenario - create:clickmap", "", NativeForm::Member, nullptr},
-    {TypeAnimationSurface, "QVScenario - create:animationSurface", "", NativeForm::Member, nullptr},
+    {TypeAnimationSurface, "QVScenario - create:animationSurface", "", NativeForm::Member,
+     allocateObject<NamedAnimationSurface>},
     {TypeAnimationSequence, "QVScenario - create:animationSequence", "", NativeForm::Sequence,
-     nullptr},
-    {TypeAnimationArea, "QVScenario - create:animationArea", "", NativeForm::Member, nullptr},
-    {TypeFrameFilm, "QVScenario - create:drawAnimation", "", NativeForm::None, nullptr},
+     allocateObject<NamedAnimationSequence>},
+    {TypeAnimationArea, "QVScenario - create:animationArea", "", NativeForm::Member,
+     allocateObject<NamedAnimationArea>},
+    {TypeFrameFilm, "QVScenario - create:drawAnimation", "", NativeForm::None,
+     allocateObject<NamedFrameFilm>},
 };
 
 /// How a window's arguments go into the request.

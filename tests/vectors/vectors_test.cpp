@@ -15,31 +15,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// The kinds of one topic, where two files run them.
+template <auto... lists>
+std::span<const Kind> together() {
+  static const std::vector<Kind> all = [] {
+    std::vector<Kind> kinds;
+    for (const std::span<const Kind> list : {lists()...})
+      kinds.insert(kinds.end(), list.begin(), list.end());
+    return kinds;
+  }();
+  return all;
+}
+
 /// Kinds wait by name until their code is built, so that a kind nobody has heard of is a failure
 /// and no case is passed over unnoticed.
 const std::vector<Topic>& topics() {
   static const std::vector<Topic> all = {
       {"mcg", mcgKinds(), {}},
-      {"dib",
-       bitmapKinds(),
-       {"assign32", "assign_table", "blit", "blit_scaled", "clip_axis", "default_table", "fill",
-        "mirror", "save_tagged32", "save_tagged8", "tile_onto", "write_bmp32", "write_bmp8"}},
-      {"kernels",
-       {},
-       {"blendRows", "blendRowsKey", "blend_channel", "blitBlended", "blitBlendedKey", "combRows",
-        "combRowsKey", "copyRows", "copyRows32", "copyRowsKey", "ditherRows", "ditherRowsKey",
-        "expandRows", "expandRowsKey", "level_clamp_32"}},
-      {"palette",
-       {},
-       {"MergePalette", "MergePalette2", "bright", "copyRange", "create", "fadePalette",
-        "fade_tables", "fill", "raise", "readFile", "set", "setColours", "setColoursRange", "tint",
-        "tintMonochrome", "tint_formula"}},
-      {"views",
-       {},
-       {"clip_limit", "clip_shape", "fade_view", "flush_wipe", "levels", "move_clamped",
-        "palette_fade_rounds", "position_codes", "sin_table", "slide_wipe", "spin_rows",
-        "spin_rows_480", "tile_limits", "zoom"}},
-      {"sequence", {}, {"mouth", "sequence"}},
+      {"dib", together<bitmapKinds, surfaceKinds>(), {}},
+      {"kernels", together<kernelKinds, blendLevelKinds>(), {}},
+      {"palette", paletteKinds(), {}},
+      {"views", together<effectKinds, viewKinds>(), {}},
+      {"sequence", sequenceKinds(), {}},
       {"registers", registerKinds(), {}},
       {"save",
        saveKinds(),

@@ -1,0 +1,54 @@
+#pragma once
+
+/// The arithmetic of colour table entries: blue, green, red, fourth from the lowest byte up. Pure
+/// functions.
+
+#include <algorithm>
+#include <cstdint>
+
+namespace qv {
+
+inline constexpr uint32_t ColourMask = 0xFFFFFF;  ///< blue, green and red of an entry
+inline constexpr int StaticColours = 20;          ///< half of them at each end of a table
+
+constexpr int blueOf(uint32_t entry) {
+  return static_cast<int>(entry & 0xFF);
+}
+constexpr int greenOf(uint32_t entry) {
+  return static_cast<int>(entry >> 8 & 0xFF);
+}
+constexpr int redOf(uint32_t entry) {
+  return static_cast<int>(entry >> 16 & 0xFF);
+}
+constexpr uint32_t colourOf(int64_t red, int64_t green, int64_t blue) {
+  return static_cast<uint8_t>(blue) | static_cast<uint32_t>(static_cast<uint8_t>(green)) << 8 |
+         static_cast<uint32_t>(static_cast<uint8_t>(red)) << 16;
+}
+/// The entry with other colours; its fourth byte stays.
+constexpr uint32_t withChannels(uint32_t entry, int64_t red, int64_t green, int64_t blue) {
+  return (entry & ~ColourMask) | colourOf(red, green, blue);
+}
+
+/// In hundredths, 0 to 25500.
+constexpr int64_t luminanceOf(uint32_t entry) {
+  return blueOf(entry) * 11 + greenOf(entry) * 59 + redOf(entry) * 30;
+}
+/// The two greys of a tint differ by their rounding; stories were drawn with both.
+constexpr int64_t tintChannel(int64_t luminance, int32_t tint) {
+  return (luminance * (int64_t{tint} + 1) >> 8) / 100;
+}
+constexpr int64_t monochromeChannel(int64_t luminance, int32_t tint) {
+  return luminance * (int64_t{tint} + 1) / 25600;
+}
+
+/// A run of entries: `first` is clamped into the table, the count ends with it; 0 means to the end.
+struct TableRange {
+  int32_t first = 0, end = 0;
+};
+constexpr TableRange tableRange(int32_t first, int32_t count, int32_t size) {
+  if (size < 1 || count < 0) return {};
+  const int32_t start = std::clamp(first, 0, size - 1);
+  return {start, count == 0 || count > size - start ? size : start + count};
+}
+
+}  // namespace qv
