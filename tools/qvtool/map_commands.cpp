@@ -115,8 +115,9 @@ void addMapCommands(CLI::App& program) {
   const auto options = std::make_shared<MapOptions>();
   encoded->add_option("SOURCE", options->source, "The PNG file")->required();
   encoded->add_option("TARGET", options->target, "The bitmap to write")->required();
-  encoded->add_option("--region", options->regions,
-                      "#RRGGBB=NUMBER: a colour that means this region; may be repeated")
+  encoded
+      ->add_option("--region", options->regions,
+                   "#RRGGBB=NUMBER: a colour that means this region; may be repeated")
       ->allow_extra_args(false);
   encoded->callback([options] {
     RegionsByColour regions = standardRegions();
