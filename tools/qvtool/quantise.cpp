@@ -201,7 +201,9 @@ codec::IndexedPicture quantise(const Image& image, const QuantiseWishes& wishes,
     throw Failure("The key " + std::to_string(*wishes.key) +
                   " is neither one of the picture's entries nor a static colour.");
   FixedEntries fixed = fixedEntries(wishes);
-  const std::vector<liq_histogram_entry> colours = opaqueColours(image);
+  std::vector<liq_histogram_entry> colours = opaqueColours(image);
+  // The quantiser wants something to choose from, even where nothing is opaque.
+  if (colours.empty() && fixed.entries.empty()) colours.push_back({colourOf(KeyColour), 1});
 
   const Held<liq_attr> attributes(liq_attr_create());
   require(attributes != nullptr, "there is no memory");
@@ -226,8 +228,7 @@ codec::IndexedPicture quantise(const Image& image, const QuantiseWishes& wishes,
   const Held<liq_result> result(chosen);
   liq_set_dithering_level(result.get(), static_cast<float>(wishes.dither));
 
-  const liq_palette& palette = *liq_get_palette(result.get());
-  const uint32_t filler = palette.count ? rgbOf(palette.entries[0]) : KeyColour;
+  const uint32_t filler = rgbOf(liq_get_palette(result.get())->entries[0]);
   const std::vector<uint8_t> rgba = opaqueCopy(image, filler);
   const Held<liq_image> source(
       liq_image_create_rgba(attributes.get(), rgba.data(), image.width, image.height, 0));
@@ -238,7 +239,8 @@ codec::IndexedPicture quantise(const Image& image, const QuantiseWishes& wishes,
                                    picture.pixels.size()) == LIQ_OK,
           "the picture could not be mapped");
 
-  const std::array<uint8_t, 256> places = placeColours(palette, fixed);
+  // Mapping refines the colours once more: only now are they final.
+  const std::array<uint8_t, 256> places = placeColours(*liq_get_palette(result.get()), fixed);
   for (uint8_t& pixel : picture.pixels)
     pixel = places[pixel];
   picture.width = image.width;

@@ -118,7 +118,8 @@ TEST_F(QvTool, KeepsPixelsOffTheStaticColoursWhenToldTo) {
   const std::string clear = writeSvg("clear.svg", "");
   expectWell({"mcg", "encode", clear, at("clear.mcg"), "--entries", "40-60", "--no-statics",
               "--key-transparent", "40"});
-  for (const uint8_t pixel : load("clear.mcg").bits())
+  const QVDib transparent = load("clear.mcg");
+  for (const uint8_t pixel : transparent.bits())
     EXPECT_EQ(pixel, 40);
 }
 
