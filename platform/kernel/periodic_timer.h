@@ -4,6 +4,7 @@
 /// step). A callback that comes late is followed at once by those that were missed, so that the
 /// number of callbacks is the elapsed time divided by the period.
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 
@@ -24,6 +25,9 @@ class PeriodicTimer {
 
  private:
   Event stop_;
+  /// Told by the thread itself: its callback may ask before `start` has come back.
+  std::atomic<uint32_t> threadId_ = 0;
+  std::atomic<bool> running_ = false;
   Thread thread_;
 };
 
