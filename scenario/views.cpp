@@ -16,7 +16,7 @@ namespace qv {
 
 namespace {
 
-constexpr int32_t EffectCut = 1, EffectPaletteFade = 9, FirstRotation = 60, LastRotation = 63;
+constexpr int32_t EffectPaletteFade = 9, FirstRotation = 60, LastRotation = 63;
 constexpr int32_t DegreesAFrame = 5;
 // What stands in the place of a source and means a plain colour.
 constexpr intptr_t SourceBlack = 0, SourceWhite = -1;
