@@ -20,7 +20,7 @@ QV_SCENE(sc_menu);
 namespace {
 
 constexpr int32_t Width = 640, Height = 480;
-constexpr int32_t SpriteX = 190, SpriteY = 40;
+constexpr int32_t SpriteY = 40;
 constexpr int32_t BlinkCells = 8, MouthCells = 3;
 
 const std::array Backgrounds{"cg\\KBA014.mcg", "cg\\KBA015.mcg", "cg\\KBA021.mcg", "cg\\KBA030.mcg",
