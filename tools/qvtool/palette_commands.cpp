@@ -23,16 +23,16 @@ namespace fs = std::filesystem;
 
 /// Sixteen rows of sixteen colours; a free entry is crossed out.
 void writeSwatches(const codec::IndexedPicture& picture, const fs::path& path) {
-  constexpr int Across = 16, Side = 24, Gap = 2, Size = Across * Side;
+  constexpr size_t Across = 16, Side = 24, Gap = 2, Size = Across * Side;
   constexpr uint32_t Ground = 0x404040;
   std::vector<uint32_t> rgb(Size * Size, Ground);
-  for (int y = 0; y < Size; ++y) {
-    for (int x = 0; x < Size; ++x) {
-      const int inX = x % Side, inY = y % Side;
-      const auto entry = static_cast<size_t>(y / Side * Across + x / Side);
+  for (size_t y = 0; y < Size; ++y) {
+    for (size_t x = 0; x < Size; ++x) {
+      const size_t inX = x % Side, inY = y % Side;
+      const size_t entry = y / Side * Across + x / Side;
       const bool inside = inX >= Gap && inY >= Gap;
       const bool crossed = picture.marks[entry] && (inX == inY || inX + inY == Side - 1 + Gap);
-      if (inside && !crossed) rgb[static_cast<size_t>(y * Size + x)] = picture.colours[entry];
+      if (inside && !crossed) rgb[y * Size + x] = picture.colours[entry];
     }
   }
   writeRgbPng(Size, Size, rgb, path);
