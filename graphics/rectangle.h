@@ -7,15 +7,20 @@
 
 namespace qv {
 
+/// The nearest coordinate: sums of wild numbers from a scene stay numbers.
+constexpr int32_t nearestCoordinate(int64_t value) {
+  return static_cast<int32_t>(std::clamp(value, int64_t{INT32_MIN}, int64_t{INT32_MAX}));
+}
+
 /// Right and bottom are exclusive.
 struct Rectangle {
   int32_t left = 0, top = 0, right = 0, bottom = 0;
 
   static constexpr Rectangle at(int32_t x, int32_t y, int32_t width, int32_t height) {
-    return {x, y, x + width, y + height};
+    return {x, y, nearestCoordinate(int64_t{x} + width), nearestCoordinate(int64_t{y} + height)};
   }
-  constexpr int32_t width() const { return right - left; }
-  constexpr int32_t height() const { return bottom - top; }
+  constexpr int32_t width() const { return nearestCoordinate(int64_t{right} - left); }
+  constexpr int32_t height() const { return nearestCoordinate(int64_t{bottom} - top); }
   constexpr bool empty() const { return right <= left || bottom <= top; }
   constexpr bool contains(int32_t x, int32_t y) const {
     return x >= left && x < right && y >= top && y < bottom;
@@ -25,7 +30,8 @@ struct Rectangle {
             std::max(top, bottom)};
   }
   constexpr Rectangle moved(int32_t dx, int32_t dy) const {
-    return {left + dx, top + dy, right + dx, bottom + dy};
+    return {nearestCoordinate(int64_t{left} + dx), nearestCoordinate(int64_t{top} + dy),
+            nearestCoordinate(int64_t{right} + dx), nearestCoordinate(int64_t{bottom} + dy)};
   }
   constexpr Rectangle intersected(const Rectangle& other) const {
     return {std::max(left, other.left), std::max(top, other.top), std::min(right, other.right),

@@ -46,6 +46,9 @@ class View {
   /// Lowers it; at 0 with `redraw` the whole view is painted in one step.
   virtual void release(bool redraw) = 0;
 
+  /// Lets click maps on the view draw what they show over new pixels; nothing where it has none.
+  virtual void repaintClickMaps() {}
+
   /// Whether the right mouse button is down: what stops a tile dissolve.
   virtual bool rightButtonDown() const = 0;
 };

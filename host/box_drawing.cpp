@@ -13,29 +13,26 @@ BoxRect clipped(const BoxRect& rect, const BoxRect& to) {
   return {left, top, std::max(0, right - left), std::max(0, bottom - top)};
 }
 
-constexpr BoxRect Screen{0, 0, ScreenWidth, ScreenHeight};
-
-uint32_t& pixelAt(Frame& frame, int x, int y) {
-  return frame[static_cast<size_t>(y) * ScreenWidth + static_cast<size_t>(x)];
+uint32_t& pixelAt(const Canvas& canvas, int x, int y) {
+  return canvas.pixels[static_cast<ptrdiff_t>(y) * canvas.width + x];
 }
 
 }  // namespace
 
-void fillRect(Frame& frame, const BoxRect& rect, uint32_t colour) {
-  const BoxRect part = clipped(rect, Screen);
+void fillRect(const Canvas& canvas, const BoxRect& rect, uint32_t colour) {
+  const BoxRect part = clipped(rect, canvas.bounds());
   for (int y = part.y; y < part.y + part.height; ++y)
-    std::fill_n(frame.begin() + static_cast<ptrdiff_t>(y) * ScreenWidth + part.x, part.width,
-                colour);
+    std::fill_n(&pixelAt(canvas, part.x, y), part.width, colour);
 }
 
-void edgeRect(Frame& frame, const BoxRect& rect, uint32_t leftTop, uint32_t rightBottom) {
-  fillRect(frame, {rect.x, rect.y + rect.height - 1, rect.width, 1}, rightBottom);
-  fillRect(frame, {rect.x + rect.width - 1, rect.y, 1, rect.height}, rightBottom);
-  fillRect(frame, {rect.x, rect.y, rect.width - 1, 1}, leftTop);
-  fillRect(frame, {rect.x, rect.y, 1, rect.height - 1}, leftTop);
+void edgeRect(const Canvas& canvas, const BoxRect& rect, uint32_t leftTop, uint32_t rightBottom) {
+  fillRect(canvas, {rect.x, rect.y + rect.height - 1, rect.width, 1}, rightBottom);
+  fillRect(canvas, {rect.x + rect.width - 1, rect.y, 1, rect.height}, rightBottom);
+  fillRect(canvas, {rect.x, rect.y, rect.width - 1, 1}, leftTop);
+  fillRect(canvas, {rect.x, rect.y, 1, rect.height - 1}, leftTop);
 }
 
-void gradientRect(Frame& frame, const BoxRect& rect, uint32_t left, uint32_t right) {
+void gradientRect(const Canvas& canvas, const BoxRect& rect, uint32_t left, uint32_t right) {
   const int span = std::max(1, rect.width - 1);
   for (int step = 0; step < rect.width; ++step) {
     uint32_t colour = 0;
@@ -44,37 +41,52 @@ void gradientRect(Frame& frame, const BoxRect& rect, uint32_t left, uint32_t rig
       const int to = static_cast<int>(right >> shift & 0xFF);
       colour |= static_cast<uint32_t>(from + (to - from) * step / span) << shift;
     }
-    fillRect(frame, {rect.x + step, rect.y, 1, rect.height}, colour);
+    fillRect(canvas, {rect.x + step, rect.y, 1, rect.height}, colour);
   }
 }
 
-void dottedRect(Frame& frame, const BoxRect& rect, uint32_t colour) {
-  const BoxRect part = clipped(rect, Screen);
+void dottedRect(const Canvas& canvas, const BoxRect& rect, uint32_t colour) {
+  const BoxRect part = clipped(rect, canvas.bounds());
   for (int y = part.y; y < part.y + part.height; ++y)
     for (int x = part.x; x < part.x + part.width; ++x) {
       const bool onEdge = x == rect.x || y == rect.y || x == rect.x + rect.width - 1 ||
                           y == rect.y + rect.height - 1;
-      if (onEdge && (x + y) % 2 == 0) pixelAt(frame, x, y) = colour;
+      if (onEdge && (x + y) % 2 == 0) pixelAt(canvas, x, y) = colour;
     }
 }
 
-void fillDisc(Frame& frame, const BoxRect& around, uint32_t colour) {
-  const BoxRect part = clipped(around, Screen);
+void fillDisc(const Canvas& canvas, const BoxRect& around, uint32_t colour) {
+  const BoxRect part = clipped(around, canvas.bounds());
   // Distances are counted in half pixels from the middle, so that even widths are symmetrical.
   const int size = around.width;
   for (int y = part.y; y < part.y + part.height; ++y)
     for (int x = part.x; x < part.x + part.width; ++x) {
       const int across = 2 * (x - around.x) + 1 - size, down = 2 * (y - around.y) + 1 - size;
-      if (across * across + down * down <= size * size) pixelAt(frame, x, y) = colour;
+      if (across * across + down * down <= size * size) pixelAt(canvas, x, y) = colour;
     }
 }
 
-void drawRun(Frame& frame, TextRenderer& text, const BoxRect& clip, int x, int y,
+void drawRun(const Canvas& canvas, TextRenderer& text, const BoxRect& clip, int x, int y,
              const TextStyle& style, std::string_view run, uint32_t colour) {
-  const BoxRect part = clipped(clip, Screen);
+  const BoxRect part = clipped(clip, canvas.bounds());
   if (part.width == 0 || part.height == 0) return;
-  text.draw({&pixelAt(frame, part.x, part.y), part.width, part.height, ScreenWidth}, x - part.x,
+  text.draw({&pixelAt(canvas, part.x, part.y), part.width, part.height, canvas.width}, x - part.x,
             y - part.y, style, run, colour);
+}
+
+void drawRaisedFrame(const Canvas& canvas, TextRenderer* text, const BoxRect& outer,
+                     std::string_view caption) {
+  using namespace box_look;
+  fillRect(canvas, outer, Face);
+  edgeRect(canvas, outer, Edge, Edge);
+  edgeRect(canvas, outer.shrunk(1), Light, Shade);
+  const BoxRect bar = {outer.x + FrameWidth, outer.y + FrameWidth, outer.width - 2 * FrameWidth,
+                       CaptionHeight};
+  gradientRect(canvas, bar, BarLeft, BarRight);
+  if (!text) return;
+  const BoxRect inside = {bar.x + 6, bar.y, bar.width - 12, bar.height};
+  drawRun(canvas, *text, inside, inside.x, bar.y + (bar.height - BodyText.heightPixels) / 2,
+          BodyText, shortened(*text, BodyText, caption, inside.width), BarInk);
 }
 
 std::string shortened(TextRenderer& text, const TextStyle& style, std::string_view run,

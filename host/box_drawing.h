@@ -1,10 +1,11 @@
 #pragma once
 
-/// The few shapes that boxes are drawn with, and their colours. Everything is clipped to the game
-/// screen. Texts are Shift-JIS.
+/// The few shapes that boxes are drawn with, and their colours. Everything is clipped to the
+/// canvas. Texts are Shift-JIS.
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/floating_box.h"
 
@@ -25,17 +26,32 @@ inline constexpr int ButtonHeight = 26, ButtonWidth = 104, ButtonGap = 10;
 
 }  // namespace box_look
 
-void fillRect(Frame& frame, const BoxRect& rect, uint32_t colour);
+/// Pixels 0x00RRGGBB, top row first, without padding: the game screen, or a window's own.
+struct Canvas {
+  Canvas(Frame& frame)  // NOLINT: a frame is one
+      : pixels(frame.data()), width(ScreenWidth), height(ScreenHeight) {}
+  Canvas(std::vector<uint32_t>& window, int windowWidth, int windowHeight)
+      : pixels(window.data()), width(windowWidth), height(windowHeight) {}
+  BoxRect bounds() const { return {0, 0, width, height}; }
+
+  uint32_t* pixels;
+  int width, height;
+};
+
+void fillRect(const Canvas& canvas, const BoxRect& rect, uint32_t colour);
 /// A line of one pixel along the inner edge: left and top in one colour, right and bottom in
 /// another.
-void edgeRect(Frame& frame, const BoxRect& rect, uint32_t leftTop, uint32_t rightBottom);
+void edgeRect(const Canvas& canvas, const BoxRect& rect, uint32_t leftTop, uint32_t rightBottom);
 /// A bar whose colour runs from left to right.
-void gradientRect(Frame& frame, const BoxRect& rect, uint32_t left, uint32_t right);
+void gradientRect(const Canvas& canvas, const BoxRect& rect, uint32_t left, uint32_t right);
 /// Every second pixel along the inner edge.
-void dottedRect(Frame& frame, const BoxRect& rect, uint32_t colour);
-void fillDisc(Frame& frame, const BoxRect& around, uint32_t colour);
+void dottedRect(const Canvas& canvas, const BoxRect& rect, uint32_t colour);
+void fillDisc(const Canvas& canvas, const BoxRect& around, uint32_t colour);
+/// A raised frame with a caption bar along its top: what boxes and frame windows stand in.
+void drawRaisedFrame(const Canvas& canvas, TextRenderer* text, const BoxRect& outer,
+                     std::string_view caption);
 /// Draws a run with its cell's corner at x, y, clipped to `clip`.
-void drawRun(Frame& frame, TextRenderer& text, const BoxRect& clip, int x, int y,
+void drawRun(const Canvas& canvas, TextRenderer& text, const BoxRect& clip, int x, int y,
              const TextStyle& style, std::string_view run, uint32_t colour);
 /// The run, or its start with "..." where it is wider.
 std::string shortened(TextRenderer& text, const TextStyle& style, std::string_view run,

@@ -65,7 +65,7 @@ std::string compareWindow(const Looker& look, bool shown) {
   const ShiftJisResult name = shiftJisOfUtf8(look.line.text);
   const HostWindowObject* window = name.ok ? look.host.windows.find(name.text.c_str()) : nullptr;
   if (!window) return "there is no window of that name";
-  if (window->visible == shown) return {};
+  if (window->shown() == shown) return {};
   return shown ? "it is hidden" : "it is shown";
 }
 

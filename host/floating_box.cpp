@@ -192,14 +192,7 @@ void FloatingBox::drawButton(Frame& frame, size_t index) const {
 }
 
 void FloatingBox::draw(Frame& frame) const {
-  fillRect(frame, bounds_, Face);
-  edgeRect(frame, bounds_, Edge, Edge);
-  edgeRect(frame, bounds_.shrunk(1), Light, Shade);
-  const BoxRect bar = captionBar();
-  gradientRect(frame, bar, BarLeft, BarRight);
-  const BoxRect barText = {bar.x + 6, bar.y, bar.width - 12, bar.height};
-  drawRun(frame, text_, barText, barText.x, bar.y + (bar.height - BodyText.heightPixels) / 2,
-          BodyText, shortened(text_, BodyText, caption_, barText.width), BarInk);
+  drawRaisedFrame(frame, &text_, bounds_, caption_);
   drawInside(frame);
   for (size_t index = 0; index < buttons_.size(); ++index)
     drawButton(frame, index);

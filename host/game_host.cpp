@@ -11,7 +11,7 @@ uintptr_t MainWindow::send(uint32_t message, uintptr_t first, uintptr_t second) 
 GameHost::GameHost(const GameModule& module)
     : queue("UI queue"),
       window(queue),
-      windows(listLock, &window),
+      windows(listLock, &window, compositor, pointer),
       module_(module),
       gateLock_("input gate", LockRank::SceneGate) {
   mainWindow = &window;

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "host/compositor.h"
 #include "host/windows.h"
 #include "platform/kernel/kernel.h"
 #include "platform/kernel/message_queue.h"
@@ -15,6 +16,7 @@
 namespace qv {
 
 /// Messages of the host's own, beside those of the protocol. Posted to the UI thread.
+/// (MessageToWindow stands with the window objects.)
 inline constexpr uint32_t MessageInputWaitBegan = 40000, MessageScenarioEnded = 40001;
 
 /// The real window as the engine sees it. It is its own top window.
@@ -38,6 +40,7 @@ class GameHost : public ScenarioHost {
   WindowObject* FindWindowObject(const char* name) override { return windows.find(name); }
   WindowObject* FindWindowByCode(int32_t code) override { return windows.findByCode(code); }
   SceneFunction FindScene(const char* name) override { return findScene(module_, name); }
+  void PointerPlace(int32_t& x, int32_t& y) override { pointer.place(x, y); }
   bool PostToUi(uint32_t message, uintptr_t first, uintptr_t second) override;
   void InputWaitBegan() override;
   void InputWaitEnded() override;
@@ -60,6 +63,8 @@ class GameHost : public ScenarioHost {
 
   MessageQueue queue;
   MainWindow window;
+  PointerState pointer;
+  Compositor compositor;
   WindowList windows;
 
  private:

@@ -27,10 +27,20 @@ void InputDesk::handle(const DisplayEvent& event) {
 }
 
 bool InputDesk::offer(const DisplayEvent& event) {
+  trackPointer(event);
   std::optional<BoxAnswer> answered;
   const bool forBox = boxes_.handle(event, &answered);
   if (answered) recorder_.answered(*answered);
-  return forBox || offerToWait(event);
+  if (forBox) drag_.end();
+  return forBox || drag_.take(event) || offerToWait(event);
+}
+
+void InputDesk::trackPointer(const DisplayEvent& event) {
+  using Kind = DisplayEvent::Kind;
+  const bool button = event.kind == Kind::ButtonDown || event.kind == Kind::ButtonUp;
+  if (button || event.kind == Kind::PointerMove) host_.pointer.moveTo(event.x, event.y);
+  if (button && event.button == PointerButton::Right)
+    host_.pointer.rightButton(event.kind == Kind::ButtonDown);
 }
 
 bool InputDesk::offerToWait(const DisplayEvent& event) {

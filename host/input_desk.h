@@ -1,11 +1,13 @@
 #pragma once
 
-/// Where input goes: to the box on top, else to the scene's wait. Holds the pointer's place and a
-/// press that came between two waits. UI thread.
+/// Where input goes: to the box on top, else to the frame that is dragged, else to the scene's
+/// wait. Tells the host the pointer's place, and holds a press that came between two waits. UI
+/// thread.
 
 #include <cstdint>
 #include <optional>
 
+#include "host/frame_drag.h"
 #include "host/game_host.h"
 #include "platform/display/display.h"
 
@@ -20,16 +22,17 @@ class InputDesk {
   static constexpr uint32_t HeldPressMillis = 100;
 
   InputDesk(GameHost& host, BoxDesk& boxes, Recorder& recorder)
-      : host_(host), boxes_(boxes), recorder_(recorder) {}
+      : host_(host), boxes_(boxes), recorder_(recorder), drag_(host.compositor) {}
 
   /// An event of a device: delivered now, held for the next wait, or dropped.
   void handle(const DisplayEvent& event);
-  /// Gives the event to a box or to the wait that stands; false when neither takes it.
+  /// Gives the event to a box, a frame or the wait that stands; false when none takes it.
   bool offer(const DisplayEvent& event);
   /// A wait has begun: a press that was held is its.
   void waitBegan();
 
  private:
+  void trackPointer(const DisplayEvent& event);
   bool offerToWait(const DisplayEvent& event);
 
   struct HeldPress {
@@ -39,6 +42,7 @@ class InputDesk {
   GameHost& host_;
   BoxDesk& boxes_;
   Recorder& recorder_;
+  FrameDrag drag_;
   std::optional<HeldPress> held_;  ///< the newest alone
 };
 

@@ -1,6 +1,7 @@
 #include "host/ui_loop.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/expectations.h"
 #include "platform/display/key_codes.h"
@@ -11,12 +12,6 @@
 
 namespace qv {
 
-namespace {
-
-constexpr uint32_t GroundColour = 0x00182430;
-
-}  // namespace
-
 UiLoop::UiLoop(GameHost& host, Display& display, BoxDesk& boxes, Recorder& recorder,
                Settings settings)
     : host_(host),
@@ -25,7 +20,9 @@ UiLoop::UiLoop(GameHost& host, Display& display, BoxDesk& boxes, Recorder& recor
       recorder_(recorder),
       settings_(std::move(settings)),
       input_(host, boxes, recorder),
-      frame_(static_cast<size_t>(ScreenWidth) * ScreenHeight, GroundColour) {
+      frame_(static_cast<size_t>(ScreenWidth) * ScreenHeight, Compositor::GroundColour),
+      presentTick_(tickCount() - PresentMillis) {
+  host_.compositor.setWakeHook([this] { display_.wake(); });
   host_.queue.setWakeHook([this] { display_.wake(); });
   boxes_.setWakeHook([this] { display_.wake(); });
 }
@@ -79,6 +76,11 @@ void UiLoop::serve(MessageQueue::Received& received) {
       host_.windows.destroy(reinterpret_cast<const char*>(message.first));
       host_.windowRequestEvent.set();
       break;
+    case MessageToWindow: {
+      const auto& parcel = *reinterpret_cast<const WindowParcel*>(message.first);
+      received.reply(parcel.target->receive(parcel.message, parcel.first, parcel.second));
+      break;
+    }
     case MessageRefreshCursor:
       break;  // the host draws no cursor of the game's yet
     case MessageSceneName:
@@ -161,21 +163,34 @@ uint32_t UiLoop::waitMillis() const {
   if (aborting_)
     limit =
         std::min(limit, AbortLimitMillis - std::min(AbortLimitMillis, tickCount() - abortTick_));
+  if (presentWaits_)
+    limit = std::min(limit, PresentMillis - std::min(PresentMillis, tickCount() - presentTick_));
   return limit;
 }
 
-void UiLoop::compose() {
-  std::fill(frame_.begin(), frame_.end(), GroundColour);
-  boxes_.draw(frame_);
+/// Takes what has changed into the frame and draws the boxes over it.
+void UiLoop::refreshFrame(bool whole) {
+  const bool up = boxes_.up();
+  host_.compositor.take(frame_, whole || up || boxesInFrame_);
+  if (up) boxes_.draw(frame_);
+  boxesInFrame_ = up;
 }
 
 void UiLoop::paint() {
   if (boxes_.takeChanged()) dirty_ = true;
   // A box is task modal: while another thread's is up, the story stands where it next needs us.
   host_.pauseFlag = !aborting_ && boxes_.holdsOther(scenarioThreadId_) ? 1 : 0;
-  if (!dirty_) return;
-  dirty_ = false;
-  compose();
+  host_.compositor.beginLook();
+  host_.compositor.paintPending();
+  presentWaits_ = false;
+  if (!dirty_ && !host_.compositor.changed()) return;
+  if (tickCount() - presentTick_ < PresentMillis) {
+    presentWaits_ = true;
+    host_.compositor.comesBack();
+    return;
+  }
+  presentTick_ = tickCount();
+  refreshFrame(std::exchange(dirty_, false));
   display_.present(frame_);
 }
 
@@ -192,8 +207,16 @@ bool UiLoop::answerBox(BoxAnswer answer) {
   return true;
 }
 
+/// The frame as it is now, whether or not the display has got it.
+void UiLoop::composeNow() {
+  host_.compositor.paintPending();
+  // The display still gets what is taken here.
+  if (host_.compositor.changed()) dirty_ = true;
+  refreshFrame(true);
+}
+
 bool UiLoop::shoot(const std::string& file) {
-  compose();
+  composeNow();
   std::error_code error;
   const std::filesystem::path target = settings_.shots / file;
   std::filesystem::create_directories(target.parent_path(), error);
@@ -204,7 +227,7 @@ std::optional<std::string> UiLoop::whatIsInstead(const ScriptLine& line) {
   GameHost::Gate gate(host_);
   // The wait may have passed its limit since the script looked.
   if (!gate.sceneWaits()) return std::nullopt;
-  if (line.expectation == ScriptLine::Expectation::Pixel) compose();
+  if (line.expectation == ScriptLine::Expectation::Pixel) composeNow();
   return compareExpectation(line, host_, frame_);
 }
 

@@ -23,6 +23,8 @@ class UiLoop : private ScriptStage {
  public:
   /// After closing, a run has this long to end by itself before the process leaves as it is.
   static constexpr uint32_t AbortLimitMillis = 900;
+  /// The display gets no more than sixty frames a second.
+  static constexpr uint32_t PresentMillis = 16;
 
   struct Settings {
     bool canShow = false;  ///< a person sees the window and can go on after a script
@@ -54,7 +56,8 @@ class UiLoop : private ScriptStage {
   void beginAbort();
   bool overdue() const;
   uint32_t waitMillis() const;
-  void compose();
+  void refreshFrame(bool whole);
+  void composeNow();
 
   // What the play script asks.
   bool sceneWaits() override;
@@ -79,8 +82,11 @@ class UiLoop : private ScriptStage {
   Settings settings_;
   InputDesk input_;
   std::optional<ScriptPlayer> script_;
-  Frame frame_;
-  bool dirty_ = true;
+  Frame frame_;  ///< what is shown: the composed windows with the boxes over them
+  bool boxesInFrame_ = false;
+  bool dirty_ = true;          ///< the whole frame is to be presented
+  bool presentWaits_ = false;  ///< for the display's rate
+  uint32_t presentTick_ = 0;
   bool scenarioEnded_ = false;
   bool failureSeen_ = false;
   bool aborting_ = false;

@@ -3,33 +3,40 @@
 #include <algorithm>
 #include <array>
 #include <mutex>
+#include <new>
 #include <string>
+#include <utility>
 
+#include "foundation/diagnostic.h"
+#include "graphics/position.h"
+#include "host/box_drawing.h"
+#include "platform/services.h"
+#include "scenario/messages.h"
 #include "scenario/type_codes.h"
 
 namespace qv {
 
 namespace {
 
-struct WindowKind {
-  int32_t code;
-  bool hasClient;  ///< a client view of name + "Client" comes with it
-  bool alwaysShown;
-};
+using Pixels = HostWindowKind::Pixels;
+
 constexpr std::array WindowKinds{
-    WindowKind{TypeView, false, false},
-    WindowKind{TypeFrame, true, false},
-    WindowKind{TypeFrameless, true, false},
-    WindowKind{TypePlainWindow, false, true},
-    WindowKind{TypeSecondView, false, false},
-    WindowKind{TypeReleasedWindow, false, false},
-    WindowKind{TypeAnimationControl, false, true},
+    HostWindowKind{TypeView, false, false, false, Pixels::Bits8},
+    HostWindowKind{TypeFrame, true, false, true, Pixels::None},
+    HostWindowKind{TypeFrameless, true, false, false, Pixels::None},
+    HostWindowKind{TypePlainWindow, false, true, false, Pixels::None},
+    HostWindowKind{TypeSecondView, false, false, false, Pixels::Bits32},
+    HostWindowKind{TypeReleasedWindow, false, false, false, Pixels::Bits8},
+    HostWindowKind{TypeAnimationControl, false, true, false, Pixels::None},
 };
 
-const WindowKind* kindOf(int32_t code) {
-  const auto kind = std::find_if(WindowKinds.begin(), WindowKinds.end(),
-                                 [code](const WindowKind& known) { return known.code == code; });
-  return kind == WindowKinds.end() ? nullptr : &*kind;
+// The surface of a window that is gone.
+constexpr int32_t ShellPixels = 16;
+// Places beyond are as far off the screen as any, and sums of a few stay numbers.
+constexpr int32_t FarthestPlace = 100'000;
+
+int32_t bounded(int32_t coordinate) {
+  return std::clamp(coordinate, -FarthestPlace, FarthestPlace);
 }
 
 bool liesIn(const WindowObject* window, const WindowObject* ancestor) {
@@ -38,7 +45,227 @@ bool liesIn(const WindowObject* window, const WindowObject* ancestor) {
   return false;
 }
 
+/// A rectangle of a scene, from left top to right bottom; nothing where no window is so large.
+bool takePlace(const Rectangle& asked, Rectangle& place) {
+  const Rectangle ordered = asked.normalised();
+  const int64_t width = int64_t{ordered.right} - ordered.left,
+                height = int64_t{ordered.bottom} - ordered.top;
+  constexpr int64_t Most = WindowList::MostPixelsAcross;
+  if (width > Most || height > Most || width * height > WindowList::MostPixels) return false;
+  place = Rectangle::at(bounded(ordered.left), bounded(ordered.top), static_cast<int32_t>(width),
+                        static_cast<int32_t>(height));
+  return true;
+}
+
 }  // namespace
+
+const HostWindowKind* hostWindowKind(int32_t code) {
+  const auto kind = std::ranges::find(WindowKinds, code, &HostWindowKind::code);
+  return kind == WindowKinds.end() ? nullptr : &*kind;
+}
+
+// --- The pointer ---
+
+void PointerState::moveTo(int32_t x, int32_t y) {
+  place_ = static_cast<uint32_t>(x) << 16 | (static_cast<uint32_t>(y) & 0xFFFF);
+}
+
+void PointerState::rightButton(bool down) {
+  if (down) {
+    rightTick_ = tickCount();
+    rightPressed_ = true;
+  }
+  rightDown_ = down;
+}
+
+void PointerState::place(int32_t& x, int32_t& y) const {
+  const uint32_t place = place_;
+  x = static_cast<int16_t>(place >> 16);
+  y = static_cast<int16_t>(place & 0xFFFF);
+}
+
+bool PointerState::rightDown() const {
+  return rightDown_ || (rightPressed_ && tickCount() - rightTick_ <= PressMillis);
+}
+
+// --- One window ---
+
+HostWindowObject::HostWindowObject(const HostWindowKind& kind, Compositor& compositor,
+                                   PointerState& pointer, WindowHandle mainWindow)
+    : kind_(kind), compositor_(compositor), pointer_(pointer), mainWindow_(mainWindow) {
+  window = this;
+  if (kind.pixels == Pixels::Bits8) surface8_ = std::make_unique<QVVSurface>();
+  if (kind.pixels == Pixels::Bits32) surface32_ = std::make_unique<QVVSurface24>();
+}
+
+HostWindowObject::~HostWindowObject() {
+  compositor_.remove(screen_);
+}
+
+HostWindowObject::Geometry HostWindowObject::geometry(int32_t x, int32_t y, int32_t width,
+                                                      int32_t height) const {
+  if (!kind_.hasCaption)
+    return {Rectangle::at(x, y, width, height), Rectangle::at(0, 0, width, height)};
+  using namespace box_look;
+  return {Rectangle::at(x, y, width + 2 * FrameWidth, height + 2 * FrameWidth + CaptionHeight),
+          Rectangle::at(FrameWidth, FrameWidth + CaptionHeight, width, height)};
+}
+
+std::vector<uint32_t> HostWindowObject::decoration(const Geometry& geometry) const {
+  if (!kind_.hasCaption) return {};
+  const int32_t width = geometry.outer.width(), height = geometry.outer.height();
+  std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
+  const char character = static_cast<char>(captionCharacter);
+  const std::string_view text = caption.length() > 0 || !character
+                                    ? std::string_view(caption.view())
+                                    : std::string_view(&character, 1);
+  drawRaisedFrame({pixels, width, height}, services().text, {0, 0, width, height}, text);
+  return pixels;
+}
+
+void HostWindowObject::open(const CreateWindowRequest& request, HostWindowObject* parentWindow,
+                            const Rectangle& place, bool visible) {
+  const Geometry where = geometry(place.left, place.top, place.width(), place.height());
+  parent = parentWindow;
+  caption = request.caption;
+  captionCharacter = request.captionCharacter;
+  extraWord = request.extraWord;
+  animating_ = false;
+  if (surface8_) surface8_->create(place.width(), place.height());
+  if (surface32_) surface32_->create(place.width(), place.height());
+  compositor_.add(screen_, parentWindow ? &parentWindow->screen_ : nullptr,
+                  {.outer = where.outer,
+                   .client = where.client,
+                   .visible = visible,
+                   .framed = kind_.hasCaption,
+                   .source = surface8_ || surface32_ ? this : nullptr,
+                   .decoration = decoration(where)});
+}
+
+void HostWindowObject::close() {
+  compositor_.remove(screen_);
+  // Whoever still draws into it draws into these few pixels.
+  if (surface8_) surface8_->create(ShellPixels, ShellPixels);
+  if (surface32_) surface32_->create(ShellPixels, ShellPixels);
+  parent = nullptr;
+  client_ = nullptr;
+}
+
+void HostWindowObject::paint(std::span<uint32_t> pixels, int32_t width, int32_t height,
+                             const Rectangle& part) {
+  if (surface8_) surface8_->paint(pixels, width, height, part.left, part.top, part);
+  if (surface32_) surface32_->paint(pixels, width, height, part.left, part.top, part);
+}
+
+void HostWindowObject::show(bool visible) {
+  compositor_.show(screen_, visible);
+}
+
+bool HostWindowObject::placeInParent(Rectangle& place) const {
+  if (!compositor_.present(screen_)) return false;
+  place = compositor_.outer(screen_);
+  return true;
+}
+
+bool HostWindowObject::windowRect(Rectangle& rectangle) const {
+  if (!compositor_.present(screen_)) return false;
+  rectangle = compositor_.onScreen(screen_);
+  return true;
+}
+
+bool HostWindowObject::clientRect(Rectangle& rectangle) const {
+  if (!compositor_.present(screen_)) return false;
+  rectangle = compositor_.client(screen_);
+  return true;
+}
+
+int32_t HostWindowObject::MoveClamped(int32_t x, int32_t y, int32_t width, int32_t height,
+                                      int32_t repaint, int32_t keepOnScreen) {
+  Rectangle present;
+  if (!placeInParent(present)) return 0;
+  if (width == 0) width = present.width();
+  if (height == 0) height = present.height();
+  width = std::clamp(width, 0, WindowList::MostPixelsAcross);
+  height = std::clamp(height, 0, WindowList::MostPixelsAcross);
+  const ClampedMove move =
+      clampedMove(ScreenWidth, ScreenHeight, x, y, width, height, keepOnScreen != 0);
+  compositor_.move(screen_, bounded(move.position.x), bounded(move.position.y));
+  if (width != present.width() || height != present.height()) {
+    const Geometry empty = geometry(0, 0, 0, 0);
+    resize(width - empty.outer.width(), height - empty.outer.height(), repaint);
+  }
+  return move.result;
+}
+
+void HostWindowObject::SetClipShape(QVVSurface& scratch, ColourKey key) {
+  compositor_.reshape(screen_, scanClipShape(scratch, key));
+}
+
+/// Gives the surface another size; the picture stays as far as it goes, and so do the colours.
+void HostWindowObject::resizeSurface(int32_t width, int32_t height) {
+  if (surface8_) {
+    QVVSurface old;
+    old.create(surface8_->width(), surface8_->height());
+    surface8_->blit(old, 0, 0, 0, 0, old.width(), old.height(), KeyNone);
+    old.copyPaletteFrom(*surface8_);
+    surface8_->create(width, height);
+    surface8_->copyPaletteFrom(old);
+    old.blit(*surface8_, 0, 0, 0, 0, old.width(), old.height(), KeyNone);
+  }
+  if (surface32_) {
+    QVVSurface24 old;
+    old.create(surface32_->width(), surface32_->height());
+    surface32_->blit(old, 0, 0, 0, 0, old.width(), old.height());
+    surface32_->create(width, height);
+    old.blit(*surface32_, 0, 0, 0, 0, old.width(), old.height());
+  }
+}
+
+void HostWindowObject::resize(int32_t width, int32_t height, int32_t repaint) {
+  width = std::clamp(width, 0, WindowList::MostPixelsAcross);
+  height = std::clamp(height, 0, WindowList::MostPixelsAcross);
+  Rectangle present;
+  if (!placeInParent(present) || clientRectangle() == Rectangle{0, 0, width, height}) return;
+  if (int64_t{width} * height > WindowList::MostPixels) return;
+  const Geometry where = geometry(present.left, present.top, width, height);
+  resizeSurface(width, height);
+  compositor_.resize(screen_, where.outer.width(), where.outer.height(), where.client,
+                     decoration(where));
+  if (client_) client_->resize(width, height, repaint);
+}
+
+void HostWindowObject::flush(const Rectangle* area, int32_t) {
+  compositor_.flush(screen_, area);
+}
+
+void HostWindowObject::invalidate(const Rectangle* area, int32_t) {
+  compositor_.invalidate(screen_, area);
+}
+
+NativeWindow* HostWindowObject::parentWindow() const {
+  return parent ? parent->window : mainWindow_;
+}
+
+uintptr_t HostWindowObject::send(uint32_t message, uintptr_t first, uintptr_t second) {
+  if (!mainWindow_) return receive(message, first, second);
+  WindowParcel parcel{this, message, first, second};
+  return mainWindow_->send(MessageToWindow, reinterpret_cast<uintptr_t>(&parcel), 0);
+}
+
+uintptr_t HostWindowObject::receive(uint32_t message, uintptr_t, uintptr_t) {
+  if (kind_.code != TypeAnimationControl || !compositor_.present(screen_)) return 0;
+  if (message == MessageAnimationStart) animating_ = true;
+  if (message == MessageAnimationStop) animating_ = false;
+  return message == MessageAnimationStart || message == MessageAnimationStop;
+}
+
+// --- The list ---
+
+WindowList::~WindowList() {
+  // Children were made after their parents.
+  while (!windows_.empty())
+    windows_.pop_back();
+}
 
 HostWindowObject* WindowList::findLocked(const char* name) const {
   if (!name) return nullptr;
@@ -64,45 +291,77 @@ bool WindowList::empty() const {
   return windows_.empty();
 }
 
-HostWindowObject* WindowList::add(int32_t code, const char* name, WindowObject* parent) {
-  auto window = std::make_unique<HostWindowObject>(code);
-  window->window = mainWindow_;
-  window->name.create(QVString::DefaultGrain, name);
-  window->parent = parent;
-  windows_.push_back(std::move(window));
+/// The object of that name and kind from the shells, or a new one.
+std::unique_ptr<HostWindowObject> WindowList::shell(const HostWindowKind& kind, const char* name) {
+  for (auto at = shells_.begin(); at != shells_.end(); ++at)
+    if ((*at)->typeCode() == kind.code && (*at)->name.equals(name)) {
+      std::unique_ptr<HostWindowObject> found = std::move(*at);
+      shells_.erase(at);
+      return found;
+    }
+  auto made = std::make_unique<HostWindowObject>(kind, compositor_, pointer_, mainWindow_);
+  made->name.create(QVString::DefaultGrain, name);
+  return made;
+}
+
+HostWindowObject* WindowList::add(const HostWindowKind& kind, const char* name,
+                                  const CreateWindowRequest& request, HostWindowObject* parent,
+                                  const Rectangle& place, bool visible) {
+  windows_.push_back(shell(kind, name));
+  try {
+    windows_.back()->open(request, parent, place, visible);
+  } catch (...) {
+    retire(windows_.size() - 1);
+    throw;
+  }
   return windows_.back().get();
 }
 
 HostWindowObject* WindowList::create(const CreateWindowRequest& request) {
-  const WindowKind* kind = kindOf(request.typeCode);
+  const HostWindowKind* kind = hostWindowKind(request.typeCode);
   const std::lock_guard guard(lock_);
   if (!kind || findLocked(request.name.text())) return nullptr;
-  WindowObject* parent = nullptr;
+  HostWindowObject* parent = nullptr;
   if (request.parentName.length() > 0) {
     parent = findLocked(request.parentName.text());
     if (!parent) return nullptr;
   }
-  HostWindowObject* window = add(kind->code, request.name.text(), parent);
-  window->rectangle = kind->code == TypePlainWindow ? Rectangle{} : request.rectangle;
-  window->visible = kind->alwaysShown || request.visible != 0;
-  window->caption = request.caption;
-  window->captionCharacter = request.captionCharacter;
-  window->extraWord = request.extraWord;
-  if (kind->hasClient) {
-    const std::string clientName = std::string(request.name.view()) + "Client";
-    HostWindowObject* client = add(TypeView, clientName.c_str(), window);
-    const Rectangle& outer = window->rectangle;
-    client->rectangle = {0, 0, outer.right - outer.left, outer.bottom - outer.top};
+  Rectangle place;
+  if (kind->code != TypePlainWindow && !takePlace(request.rectangle, place)) return nullptr;
+  const std::string clientName = std::string(request.name.view()) + "Client";
+  if (kind->hasClient && findLocked(clientName.c_str())) return nullptr;
+  const bool visible = kind->alwaysShown || request.visible != 0;
+  HostWindowObject* window = nullptr;
+  try {
+    // A frame is shown with its client in it, not before.
+    window = add(*kind, request.name.text(), request, parent, place, visible && !kind->hasClient);
+    if (!kind->hasClient) return window;
+    window->client_ = add(*hostWindowKind(TypeView), clientName.c_str(), {}, window,
+                          Rectangle::at(0, 0, place.width(), place.height()), true);
+    window->show(visible);
+  } catch (const Diagnostic&) {
+    if (window) destroyLocked(window);
+    return nullptr;
+  } catch (const std::bad_alloc&) {
+    if (window) destroyLocked(window);
+    return nullptr;
   }
   return window;
 }
 
+/// Takes a window off the list and the screen; the object stays.
+void WindowList::retire(size_t index) {
+  windows_[index]->close();
+  shells_.push_back(std::move(windows_[index]));
+  windows_.erase(windows_.begin() + static_cast<ptrdiff_t>(index));
+}
+
 void WindowList::destroyLocked(const WindowObject* window) {
-  // Children go first, so that no parent pointer ever hangs.
+  // Children go first, so that no parent pointer ever hangs; they were made after their parents.
   for (size_t i = windows_.size(); i-- > 0;)
-    if (windows_[i].get() != window && liesIn(windows_[i].get(), window))
-      windows_.erase(windows_.begin() + static_cast<ptrdiff_t>(i));
-  std::erase_if(windows_, [window](const auto& entry) { return entry.get() == window; });
+    if (windows_[i].get() != window && liesIn(windows_[i].get(), window)) retire(i);
+  for (size_t i = windows_.size(); i-- > 0;)
+    if (windows_[i].get() == window) retire(i);
 }
 
 void WindowList::destroy(const char* name) {

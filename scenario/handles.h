@@ -10,6 +10,7 @@
 #include "foundation/string.h"
 #include "graphics/palette.h"
 #include "graphics/surface.h"
+#include "graphics/view.h"
 #include "scenario/window_object.h"
 
 namespace qv {
@@ -91,6 +92,9 @@ class SurfaceHandle : public NamedHandle {
   LogicalObject* object_ = nullptr;
 };
 
+/// Whether a drawing operation of a view also brings what it drew to the screen.
+enum class Flush { No, Yes };
+
 /// A view; a frame's name gives its client view.
 class ViewHandle : public NamedHandle {
  public:
@@ -100,8 +104,47 @@ class ViewHandle : public NamedHandle {
              int32_t flags, int32_t keep = KeepObject);
   bool bound() const { return view_ != nullptr; }
   WindowObject* view() const { return view_; }
+  /// What is drawn into, and its surface; null when unbound.
+  View* target() const { return view_ ? view_->view() : nullptr; }
+  QVVSurface* surface() const { return target() ? target()->surface8() : nullptr; }
+  int32_t width() const;  ///< of the client
+  int32_t height() const;
+
+  // Operations of the view's surface, which then flush what they changed.
+  /// A part of another surface, with the first two numbers as place; they may be position codes. A
+  /// width or height of 0 is the source's.
+  void draw(const SurfaceHandle& source, int32_t dx, int32_t dy, int32_t sx, int32_t sy, int32_t w,
+            int32_t h, ColourKey key, Flush flush = Flush::Yes) const;
+  void drawBlended(const SurfaceHandle& source, int32_t dx, int32_t dy, int32_t sx, int32_t sy,
+                   int32_t w, int32_t h, int32_t level, ColourKey key = KeyNone,
+                   Flush flush = Flush::Yes) const;
+  void fill(uint8_t index, const Rectangle* rectangle = nullptr, Flush flush = Flush::Yes) const;
+  void setColours(const ColourTable& table, int32_t targetFirst, int32_t sourceFirst, int32_t count,
+                  Flush flush = Flush::Yes) const;
+  void copyPaletteFrom(const SurfaceHandle& source, Flush flush = Flush::Yes) const;
+  void fadePalette(const ColourTable& table, int32_t step, int32_t steps,
+                   Flush flush = Flush::Yes) const;
+  void tintMonochrome(int32_t red, int32_t green, int32_t blue, int32_t first, int32_t count,
+                      Flush flush = Flush::Yes) const;
+  /// Takes the surface's stored colours into a palette.
+  void takePalette(scobjPalette& palette) const;
+
+  // Operations of the view itself.
+  void flush(const Rectangle* area = nullptr) const;
+  void invalidate(const Rectangle* area = nullptr) const;
+  void update() const;
+  void hold() const;
+  void release(bool redraw = true) const;
+  void resize(int32_t width, int32_t height) const;
+  void show(bool visible = true) const;
+  void hide() const { show(false); }
+  bool shown() const { return view_ && view_->shown(); }
 
  private:
+  /// Does the work on the surface, then flushes the area or everything.
+  template <typename Work>
+  void change(const Rectangle* area, Flush flush, Work work) const;
+
   WindowObject* view_ = nullptr;
 };
 
@@ -115,6 +158,11 @@ class FrameHandle : public NamedHandle {
   bool bound() const { return window_ != nullptr; }
   WindowObject* window() const { return window_; }
   const ViewHandle& client() const { return client_; }
+  void show(bool visible = true) const {
+    if (window_) window_->show(visible);
+  }
+  void hide() const { show(false); }
+  bool shown() const { return window_ && window_->shown(); }
 
  private:
   WindowObject* window_ = nullptr;

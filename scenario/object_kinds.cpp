@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "scenario/animation_objects.h"
 #include "scenario/named_surface.h"
 #include "scenario/scenario_host.h"
 
@@ -18,11 +19,14 @@ constexpr ObjectKind Kinds[] = {
     {TypePrintArea, "QVScenario - create:printArea", "プリントエリア", NativeForm::Member, nullptr},
     {TypeHitret, "QVScenario - create:hitret", "", NativeForm::Member, nullptr},
     {TypeClickMap, "QVScenario - create:clickmap", "", NativeForm::Member, nullptr},
-    {TypeAnimationSurface, "QVScenario - create:animationSurface", "", NativeForm::Member, nullptr},
+    {TypeAnimationSurface, "QVScenario - create:animationSurface", "", NativeForm::Member,
+     allocateObject<NamedAnimationSurface>},
     {TypeAnimationSequence, "QVScenario - create:animationSequence", "", NativeForm::Sequence,
-     nullptr},
-    {TypeAnimationArea, "QVScenario - create:animationArea", "", NativeForm::Member, nullptr},
-    {TypeFrameFilm, "QVScenario - create:drawAnimation", "", NativeForm::None, nullptr},
+     allocateObject<NamedAnimationSequence>},
+    {TypeAnimationArea, "QVScenario - create:animationArea", "", NativeForm::Member,
+     allocateObject<NamedAnimationArea>},
+    {TypeFrameFilm, "QVScenario - create:drawAnimation", "", NativeForm::None,
+     allocateObject<NamedFrameFilm>},
 };
 
 /// How a window's arguments go into the request.

@@ -59,6 +59,9 @@ class LogicalObject : public QVFileBlock {
   virtual void create(QVScenario& /*manager*/, const ObjectArguments& /*arguments*/) {}
   /// Stops an animation area. The manager's lock is held: the area's thread must not ask for it.
   virtual void stopAnimation(int32_t /*flag*/) {}
+  /// A member of another object, which this one may use, is about to go. The manager's lock is
+  /// held.
+  virtual void forget(const void* /*member*/) {}
 };
 
 /// What FindNative gives of a kind.

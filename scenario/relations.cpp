@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "scenario/animation_objects.h"
 #include "scenario/object_kinds.h"
 #include "scenario/scenario.h"
 #include "scenario/window_object.h"
@@ -17,7 +18,7 @@ constexpr Relation Relations[] = {
     {TypeView, TypeCursor},
     {TypeView, TypePrintArea},
     {TypeView, TypeClickMap},
-    {TypeView, TypeAnimationArea},
+    {TypeView, TypeAnimationArea, Direct, connectViewToArea, disconnectViewFromArea},
     {AnyFrame, AnyKind, AsClient},
     {TypeSurface, TypePrintArea, Swapped},
     {TypeCursor, AnyWindow, Swapped},
@@ -29,9 +30,9 @@ constexpr Relation Relations[] = {
     {TypeClickMap, ViewOrFrame, Swapped},
     {TypeClickMap, TypeClickMap},
     {TypeAnimationArea, ViewOrFrame, Swapped},
-    {TypeAnimationArea, TypeAnimationSurface},
-    {TypeAnimationArea, TypeAnimationSequence},
-    {TypeAnimationArea, TypeAnimationArea},
+    {TypeAnimationArea, TypeAnimationSurface, Direct, connectAreaToSurface},
+    {TypeAnimationArea, TypeAnimationSequence, Direct, connectAreaToSequence},
+    {TypeAnimationArea, TypeAnimationArea, Direct, connectAreaToArea},
 };
 
 std::span<const Relation> currentTable = Relations;

@@ -221,6 +221,9 @@ void QVScenario::DestroyObject(const char* name) {
     const std::lock_guard guard(lock_);
     const auto place = findPlace(name);
     if (place != objects_.end()) {
+      for (const auto& object : objects_)
+        for (const void* member : {(*place)->native(), (*place)->sequence()})
+          if (member) object->forget(member);
       objects_.erase(place);
       return;
     }

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "foundation/string.h"
+#include "graphics/colour_key.h"
 #include "platform/kernel/kernel.h"
 #include "scenario/object_kinds.h"
 #include "scenario/random.h"
@@ -63,9 +64,57 @@ class QVScenario {
   WindowObject* FindWindow(const char* name);
   /// The view of that name, or a frame's client view; null for any other window.
   WindowObject* FindView(const char* name);
+  // Views and windows (views.cpp). A name that is none does nothing.
+
+  /// The rectangle may be given from any corner. `flags`: WindowHidden, WindowExtraWord. `extra` is
+  /// the caption, as in CreateObject; `code` TypeSecondView makes the 32-bit form.
+  void CreateView(const char* name, const char* parent, int32_t x, int32_t y, int32_t w, int32_t h,
+                  int32_t flags, ObjectArgument extra = {}, int32_t code = TypeView);
+  /// Draws a surface, a view, a picture file, or a plain colour (source 0 or -1: index 0 or 255)
+  /// onto a surface, or by a numbered effect onto a view. A width or height of 0 is the source's;
+  /// x and y onto a view may be position codes. Effect 9 takes x as its number of steps. Without
+  /// `flush` a view's surface is drawn and the screen is not.
+  void DrawTo(const char* target, ObjectArgument source, int32_t x, int32_t y, int32_t w, int32_t h,
+              int32_t sx, int32_t sy, int32_t effect = 1, ColourKey key = KeyNone,
+              int32_t extra = 0, int32_t flush = 1);
+  /// Fades the whole view to a grey and fills it with the index of that number; with `keep` its
+  /// colours come back, unseen until it is next flushed.
+  void FadeView(const char* name, int32_t steps, int32_t grey, int32_t keep);
+  /// x may be a position code, of frames alone: in the middle of what the window lies in or of the
+  /// screen, or at the pointer and kept on the screen. The size always stays.
+  void MoveWindow(const char* name, int32_t x, int32_t y, int32_t keepSize = 1);
+  /// Stretches a surface over an 8-bit view from one rectangle to another (zoom_view.cpp), each
+  /// frame on what `clear` says: -1 nothing, below 256 an index, else the name of a surface or of a
+  /// picture file. Onto a named surface it is stretched once, to the second rectangle.
+  void ZoomView(const char* view, const char* surface, int32_t x0, int32_t y0, int32_t w0,
+                int32_t h0, int32_t x1, int32_t y1, int32_t w1, int32_t h1, int32_t steps,
+                ObjectArgument clear);
+  void ShowWindow(const char* name, int32_t visible);
+  void HoldView(const char* name);
+  void ReleaseView(const char* name, int32_t redraw);
+  /// Fills a named surface, or a view, which is then shown.
+  void FillObject(const char* name, int32_t index);
+  /// Gives a surface or a view the colours of a surface, a view or a picture file.
+  void CopyPalette(const char* target, const char* source);
+  /// The window's outline from a named surface, which stays as it is.
+  void SetClipShape(const char* window, const char* surface, ColourKey key);
+
   void ConnectObjects(const char* nameA, const char* nameB, int32_t number1 = 0,
                       int32_t number2 = 0, int32_t number3 = 0);
   void DisconnectObjects(const char* nameA, const char* nameB);
+
+  // Animation. A name of nothing, or of another kind, makes them do nothing.
+
+  void RelateAnimation(const char* areaName, const char* surfaceName, const char* sequenceName,
+                       int32_t number, int32_t x, int32_t y, int32_t visible);
+  /// Starts an area, with `flag` over a backup of what it covers; or an animation control.
+  void ShowArea(const char* name, int32_t flag);
+  /// Stops an area, with `flag` back to its first cells; a film; or an animation control.
+  void HideArea(const char* name, int32_t flag);
+  /// Plays a film on a view, from the picture of that number unless it is 0; with `wait` it returns
+  /// when the film has ended, or at the abort. An area is started.
+  void PlayDrawAnimation(const char* name, const char* viewName, int32_t wait, int32_t firstFrame,
+                         intptr_t word);
 
   /// Registers, scene name and song to an open file, then the system file is rewritten.
   void SaveState(QVFile& file);

@@ -75,6 +75,8 @@ class ScenarioHost {
   virtual WindowObject* FindWindowByCode(int32_t code) = 0;
   /// Looks a scene up by exact name in the module's table; zero if there is none.
   virtual SceneFunction FindScene(const char* name) = 0;
+  /// Where the pointer stands on the screen. Any thread.
+  virtual void PointerPlace(int32_t& x, int32_t& y) { x = y = 0; }
   /// Posts a thread message to the UI thread; false when it has ended.
   virtual bool PostToUi(uint32_t message, uintptr_t first, uintptr_t second) = 0;
 

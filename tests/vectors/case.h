@@ -85,12 +85,15 @@ struct Topic {
 
 std::span<const Kind> bitmapKinds();
 std::span<const Kind> blendLevelKinds();
+std::span<const Kind> effectKinds();
 std::span<const Kind> kernelKinds();
 std::span<const Kind> mcgKinds();
 std::span<const Kind> paletteKinds();
 std::span<const Kind> registerKinds();
 std::span<const Kind> saveKinds();
+std::span<const Kind> sequenceKinds();
 std::span<const Kind> stringKinds();
 std::span<const Kind> surfaceKinds();
+std::span<const Kind> viewKinds();
 
 }  // namespace qv::vectors
