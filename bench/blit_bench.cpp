@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <functional>
 #include <string>
 #include <vector>
@@ -35,18 +34,6 @@ std::function<void()> repeated(Work work, int times = 20) {
   };
 }
 
-/// By the processor's time of this thread alone: the loops wait for nothing, so that another
-/// program's turn must not count.
-double threadSecondsOf(const std::function<void()>& work) {
-  const auto now = [] {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-  };
-  const double start = now();
-  work();
-  return now() - start;
-}
 Pair compare(const std::function<void()>& ours, const std::function<void()>& theirs) {
   constexpr int Rounds = 151;
   return measure(ours, theirs, Rounds, threadSecondsOf);

@@ -9,6 +9,8 @@
 #include <functional>
 #include <vector>
 
+#include <time.h>
+
 namespace qv::bench {
 
 /// Tells the compiler that `value` is used.
@@ -21,6 +23,19 @@ inline double secondsOf(const std::function<void()>& work) {
   const auto start = std::chrono::steady_clock::now();
   work();
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// By the processor's time of this thread alone: for work that waits for nothing, where another
+/// program's turn must not count.
+inline double threadSecondsOf(const std::function<void()>& work) {
+  const auto now = [] {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+  };
+  const double start = now();
+  work();
+  return now() - start;
 }
 
 /// The medians of the rounds, in seconds.

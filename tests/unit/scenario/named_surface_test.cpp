@@ -106,6 +106,25 @@ TEST_F(NamedSurfaces, TakeColoursByTheirHandles) {
   EXPECT_EQ(b.surface()->storedColours(), colours);
 }
 
+TEST_F(NamedSurfaces, AreFilledAndRecolouredByName) {
+  const SurfaceHandle a("a", 4, 2), b("b", 4, 2);
+  manager.FillObject("a", 'f');
+  EXPECT_EQ(linesOf(*a.surface()), (Lines{"ffff", "ffff"}));
+  const ColourTable colours = testing::someColours();
+  a.setColoursRange(colours, 0, 256);
+  manager.CopyPalette("b", "a");
+  EXPECT_EQ(b.surface()->storedColours(), colours);
+  // What is no object is a picture's file.
+  a.setColours(colours, 0, 9, 1);
+  a.saveBmpByName("colours.bmp");
+  manager.CopyPalette("b", "colours.bmp");
+  EXPECT_EQ(b.surface()->storedColours()[0], colours[9]);
+  manager.FillObject("none", 1);
+  manager.FillObject(nullptr, 1);
+  manager.CopyPalette("none", "a");
+  manager.CopyPalette(nullptr, nullptr);
+}
+
 TEST_F(NamedSurfaces, UnboundHandlesTakeEveryOperation) {
   const SurfaceHandle none("none"), bound("b", 4, 2);
   bound.fill('b');
