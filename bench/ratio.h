@@ -23,18 +23,21 @@ inline double secondsOf(const std::function<void()>& work) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// The median of the rounds; each round runs `ours`, then `theirs`, and either should take some ten
-/// milliseconds, so that the clock's own grain does not matter.
+/// The medians of the rounds, in seconds.
 struct Pair {
   double ours, theirs;
+  double ratio() const { return ours / theirs; }
 };
+/// Each round runs `ours`, then `theirs`, and either should take some ten milliseconds, so that the
+/// clock's own grain does not matter. Another clock may be given.
 inline Pair measure(const std::function<void()>& ours, const std::function<void()>& theirs,
-                    int rounds = 15) {
+                    int rounds = 15,
+                    double (*secondsOfWork)(const std::function<void()>&) = secondsOf) {
   std::vector<double> a, b;
   ours(), theirs();  // warm
   for (int round = 0; round < rounds; ++round) {
-    a.push_back(secondsOf(ours));
-    b.push_back(secondsOf(theirs));
+    a.push_back(secondsOfWork(ours));
+    b.push_back(secondsOfWork(theirs));
   }
   std::nth_element(a.begin(), a.begin() + rounds / 2, a.end());
   std::nth_element(b.begin(), b.begin() + rounds / 2, b.end());

@@ -69,6 +69,8 @@ class QVDib {
   /// Detection by content at the file's position: BMP, MCG, SLD. Empty when it is none of them or
   /// damaged. Throws NotEnoughMemoryException and the file's exceptions.
   void loadFromFile(QVFile& file);
+  /// The same from a whole file in memory.
+  void loadFromMemory(std::span<const uint8_t> image);
   /// By path; an empty path asks the player for a file.
   void loadFromPathName(const QVPathName& path);
   void loadByName(const char* name);

@@ -44,17 +44,24 @@ HeapBlock blockOf(QVFile& file, int64_t at, int64_t bytes) {
   return block;
 }
 
-void loadBitmapFile(QVFile& file, const std::array<uint8_t, FileHeaderBytes>& fileHeader,
-                    QVDib& dib) {
-  const HeapBlock head = blockOf(file, FileHeaderBytes, sizeof(BitmapInfoHeader));
+using FileHeader = std::array<uint8_t, FileHeaderBytes>;
+
+bool isBitmap(const FileHeader& header) {
+  return littleWord(header.data()) == BitmapMagic;
+}
+
+/// `blockAt` gives at most so many bytes of the file from a place in it.
+template <class BlockAt>
+void loadBitmap(const FileHeader& fileHeader, BlockAt blockAt, QVDib& dib) {
+  const HeapBlock head = blockAt(FileHeaderBytes, sizeof(BitmapInfoHeader));
   const std::optional<StoredHeader> stored = StoredHeader::of(head.span());
   if (!stored) return;
-  const HeapBlock table = blockOf(file, static_cast<int64_t>(FileHeaderBytes + stored->bytes),
+  const HeapBlock table = blockAt(static_cast<int64_t>(FileHeaderBytes + stored->bytes),
                                   static_cast<int64_t>(stored->maskBytes + stored->tableBytes()));
   if (table.size() < stored->maskBytes + stored->tableBytes()) return;
   const int64_t fileSize = littleLong(&fileHeader[FileSizeAt]);
   const int64_t pixelsAt = littleLong(&fileHeader[PixelsAtAt]);
-  DibBuilder::build(dib, *stored, table.span(), blockOf(file, pixelsAt, fileSize - pixelsAt));
+  DibBuilder::build(dib, *stored, table.span(), blockAt(pixelsAt, fileSize - pixelsAt));
   dib.PaletteUseTable.fill(0);
 }
 
@@ -87,10 +94,10 @@ void QVDib::loadFromFile(QVFile& file) {
   clear();
   if (!file.isOpen()) return;
   const int64_t position = file.position();
-  std::array<uint8_t, FileHeaderBytes> fileHeader{};
-  const size_t there = readInto(file, 0, fileHeader);
-  if (there == fileHeader.size() && littleWord(fileHeader.data()) == BitmapMagic) {
-    loadBitmapFile(file, fileHeader, *this);
+  FileHeader fileHeader{};
+  if (readInto(file, 0, fileHeader) == fileHeader.size() && isBitmap(fileHeader)) {
+    const auto blockAt = [&](int64_t at, int64_t bytes) { return blockOf(file, at, bytes); };
+    loadBitmap(fileHeader, blockAt, *this);
     return;
   }
 
@@ -105,6 +112,29 @@ void QVDib::loadFromFile(QVFile& file) {
   SldReader sld;
   sld.attach(file);
   if (sld.isValid()) loadPicture(sld.decode(), *this);
+}
+
+void QVDib::loadFromMemory(std::span<const uint8_t> image) {
+  clear();
+  FileHeader fileHeader{};
+  std::copy_n(image.begin(), std::min(image.size(), fileHeader.size()), fileHeader.begin());
+  if (image.size() >= fileHeader.size() && isBitmap(fileHeader)) {
+    const auto blockAt = [&](int64_t at, int64_t bytes) {
+      const auto from = std::min(image.size(), static_cast<size_t>(at));
+      const int64_t there = static_cast<int64_t>(image.size() - from);
+      const auto part =
+          image.subspan(from, static_cast<size_t>(std::clamp<int64_t>(bytes, 0, there)));
+      HeapBlock block(part.size(), HeapBlock::Content::Undefined, Creation);
+      std::copy(part.begin(), part.end(), block.data());
+      return block;
+    };
+    loadBitmap(fileHeader, blockAt, *this);
+  } else if (McgHead::of(image)) {
+    McgReader::paletteUseOf(image, PaletteUseTable);
+    loadPicture(McgReader().decodeMemory(image), *this);
+  } else {
+    loadPicture(SldReader().decodeMemory(image), *this);
+  }
 }
 
 void QVDib::loadFromPathName(const QVPathName& path) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "graphics/little_endian.h"
 
@@ -46,66 +47,74 @@ inline void copyWide(uint8_t* target, const uint8_t* source) {
   std::memcpy(target + WideBytes, source + WideBytes, LzssLongest - WideBytes);
 }
 
-/// A repeat that overlaps itself within one wide copy.
-inline void copyNear(uint8_t* target, size_t distance, size_t length) {
-  const uint8_t* source = target - distance;
-  for (size_t at = 0; at < length; ++at)
-    target[at] = source[at];
+/// A repeat that overlaps itself within one wide copy, or reaches back before the output's start.
+[[gnu::noinline]] void copyCarefully(uint8_t* output, size_t written, const Repeat& repeat) {
+  for (size_t end = written + repeat.length; written < end; ++written)
+    output[written] = written < repeat.distance ? 0 : output[written - repeat.distance];
 }
 
-/// Byte by byte, for both ends of the output. `written` comes in and goes out.
+/// Byte by byte, for the end of the output.
 template <LzssPairs Pairs>
-const uint8_t* expandSlowly(const uint8_t* in, const uint8_t* inEnd, std::span<uint8_t> output,
-                            size_t until, size_t& written) {
-  while (in < inEnd && written < until) {
+void expandSlowly(const uint8_t* in, const uint8_t* inEnd, std::span<uint8_t> output,
+                  size_t& written) {
+  while (in < inEnd && written < output.size()) {
     const unsigned flags = *in++;
     for (size_t bit = 0; bit < GroupFlags && written < output.size(); ++bit) {
       if (flags >> bit & 1) {
-        if (inEnd - in < static_cast<ptrdiff_t>(LiteralBytes)) return inEnd;
+        if (inEnd - in < static_cast<ptrdiff_t>(LiteralBytes)) return;
         output[written++] = *in++;
         continue;
       }
-      if (inEnd - in < static_cast<ptrdiff_t>(PairBytes)) return inEnd;
-      const Repeat repeat = repeatAt<Pairs>(in, written);
+      if (inEnd - in < static_cast<ptrdiff_t>(PairBytes)) return;
+      Repeat repeat = repeatAt<Pairs>(in, written);
       in += PairBytes;
-      const size_t end = std::min(written + repeat.length, output.size());
-      for (; written < end; ++written)
-        output[written] = written < repeat.distance ? 0 : output[written - repeat.distance];
+      repeat.length = std::min(repeat.length, output.size() - written);
+      copyCarefully(output.data(), written, repeat);
+      written += repeat.length;
     }
   }
-  return in;
 }
 
-/// Whole groups with room on both sides, behind the first ring of output.
-template <LzssPairs Pairs>
+/// Where the history still reaches back before the output, and behind.
+enum class Region { FirstRing, Rest };
+
+/// One literal or repeat with room on both sides. A literal is a copy from the stream, and both
+/// kinds take the same road by masks instead of branches: the processor would guess every other one
+/// of them wrong, which costs as much as ten copies.
+template <LzssPairs Pairs, Region Where>
+[[gnu::always_inline]] inline void expandOne(const uint8_t*& in, uint8_t* start, size_t& at,
+                                             size_t flag) {
+  const size_t literal = 0 - flag;  // all bits, or none
+  const Repeat repeat = repeatAt<Pairs>(in, at);
+  const bool beforeStart = Where == Region::FirstRing && repeat.distance > at && !literal;
+  // One comparison for a repeat that is near: a literal's mask makes it far.
+  if (((repeat.distance - 1) | literal) < WideBytes - 1 || beforeStart) [[unlikely]] {
+    copyCarefully(start, at, repeat);
+  } else {
+    const uintptr_t back = reinterpret_cast<uintptr_t>(start) + at - repeat.distance;
+    const uintptr_t source = back ^ ((back ^ reinterpret_cast<uintptr_t>(in)) & literal);
+    copyWide(start + at, reinterpret_cast<const uint8_t*>(source));
+  }
+  at += repeat.length ^ ((repeat.length ^ LiteralBytes) & literal);
+  in += PairBytes ^ ((PairBytes ^ LiteralBytes) & literal);
+}
+
+/// Whole groups until the region ends.
+template <LzssPairs Pairs, Region Where>
 const uint8_t* expandFast(const uint8_t* in, const uint8_t* inEnd, std::span<uint8_t> output,
                           size_t& written) {
   uint8_t* const start = output.data();
-  uint8_t* out = start + written;
-  const uint8_t* const outEnd = start + output.size();
-  while (inEnd - in >= static_cast<ptrdiff_t>(GroupStreamBytes) &&
-         outEnd - out >= static_cast<ptrdiff_t>(GroupOutputBytes)) {
-    unsigned flags = *in++;
-    if (flags == 0xFF) {
-      std::memcpy(out, in, GroupFlags);
-      in += GroupFlags, out += GroupFlags;
-      continue;
+  const size_t end = output.size() < GroupOutputBytes ? 0 : output.size() - GroupOutputBytes + 1;
+  size_t at = written;
+  while (inEnd - in >= static_cast<ptrdiff_t>(GroupStreamBytes) && at < end &&
+         (Where == Region::Rest || at < LzssRingBytes)) {
+    const size_t flags = *in++;
+    [&]<size_t... Bits>(std::index_sequence<Bits...>) {
+      (expandOne<Pairs, Where>(in, start, at, flags >> Bits & 1), ...);
     }
-    for (size_t bit = 0; bit < GroupFlags; ++bit, flags >>= 1) {
-      // A literal is a copy from the stream. Both kinds take the same road, so that the processor
-      // has no branch to guess at.
-      const bool literal = flags & 1;
-      const Repeat repeat = repeatAt<Pairs>(in, static_cast<size_t>(out - start));
-      const uint8_t* const source = literal ? in : out - repeat.distance;
-      if (!literal && repeat.distance < WideBytes) [[unlikely]]
-        copyNear(out, repeat.distance, repeat.length);
-      else
-        copyWide(out, source);
-      out += literal ? LiteralBytes : repeat.length;
-      in += literal ? LiteralBytes : PairBytes;
-    }
+    (std::make_index_sequence<GroupFlags>());
   }
-  written = static_cast<size_t>(out - start);
+  written = at;
   return in;
 }
 
@@ -114,9 +123,9 @@ size_t expand(std::span<const uint8_t> stream, std::span<uint8_t> output) {
   const uint8_t* in = stream.data();
   const uint8_t* const inEnd = in + stream.size();
   size_t written = 0;
-  in = expandSlowly<Pairs>(in, inEnd, output, std::min(LzssRingBytes, output.size()), written);
-  if (written >= LzssRingBytes) in = expandFast<Pairs>(in, inEnd, output, written);
-  expandSlowly<Pairs>(in, inEnd, output, output.size(), written);
+  in = expandFast<Pairs, Region::FirstRing>(in, inEnd, output, written);
+  in = expandFast<Pairs, Region::Rest>(in, inEnd, output, written);
+  expandSlowly<Pairs>(in, inEnd, output, written);
   return written;
 }
 

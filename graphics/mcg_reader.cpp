@@ -26,12 +26,17 @@ size_t turnedRowBytes(const McgHead& head) {
   return static_cast<size_t>(bytes & 0xFFFF);
 }
 
+/// The first and the last row change places, and so on inwards.
 void turnRows(std::span<uint8_t> pixels, size_t rowBytes, size_t rows) {
   if (rows < 2 || rowBytes == 0) return;
+  std::array<uint8_t, 0x10000> kept;
   uint8_t* first = pixels.data();
   uint8_t* last = first + (rows - 1) * rowBytes;
-  for (; first < last; first += rowBytes, last -= rowBytes)
-    std::swap_ranges(first, first + rowBytes, last);
+  for (; first < last; first += rowBytes, last -= rowBytes) {
+    std::memcpy(kept.data(), first, rowBytes);
+    std::memcpy(first, last, rowBytes);
+    std::memcpy(last, kept.data(), rowBytes);
+  }
 }
 
 BitmapInfoHeader infoOf(const McgHead& head) {
@@ -117,10 +122,10 @@ PackedPicture McgReader::decodeMemory(std::span<const uint8_t> image) {
 
   const BitmapInfoHeader info = infoOf(head);
   std::memcpy(block, &info, InfoBytes);
-  std::memcpy(block + InfoBytes, &image[McgHeadBytes], head.maskBytes());
+  std::memcpy(block + InfoBytes, image.data() + McgHeadBytes, head.maskBytes());
   // The palette is taken from behind the head even where the masks stand there: they are its first
   // three entries then.
-  std::memcpy(block + paletteAt, &image[McgHeadBytes], head.paletteBytes());
+  std::memcpy(block + paletteAt, image.data() + McgHeadBytes, head.paletteBytes());
   for (size_t entry = 0; entry < head.entries; ++entry)
     block[paletteAt + entry * 4 + 3] = 0;
   return picture;
@@ -132,6 +137,15 @@ void McgReader::readPaletteUse(UseTable& table) {
   table.fill(0);
   for (int32_t entry = 0; entry < count; ++entry)
     table[static_cast<size_t>(entry)] = stored[static_cast<size_t>(entry)] >> 24;
+}
+
+void McgReader::paletteUseOf(std::span<const uint8_t> image, UseTable& table) {
+  table.fill(0);
+  const std::optional<McgHead> found = McgHead::of(image);
+  if (!found || image.size() < found->streamAt()) return;
+  const uint8_t* const palette = image.data() + McgHeadBytes + found->maskBytes();
+  for (size_t entry = 0; entry < std::min<size_t>(found->entries, table.size()); ++entry)
+    table[entry] = palette[entry * 4 + 3];
 }
 
 int32_t McgReader::paletteCount() {

@@ -46,6 +46,7 @@ class McgReader : public PictureReader {
   virtual PackedPicture decodeMemory(std::span<const uint8_t> image);
   /// The palette's fourth bytes; entries beyond the palette are zero.
   virtual void readPaletteUse(UseTable& table);
+  static void paletteUseOf(std::span<const uint8_t> image, UseTable& table);
   virtual int32_t paletteCount();
   /// Entries as stored, with their marks; gives how many were copied.
   virtual int32_t readPalette(std::span<uint32_t> out);

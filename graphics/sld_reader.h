@@ -24,6 +24,8 @@ class SldReader : public PictureReader {
   bool isValid() override;
   /// Empty for a file that is none or damaged. Throws NotEnoughMemoryException and the file's.
   virtual PackedPicture decode();
+  /// The same from a whole file in memory, without a file attached.
+  PackedPicture decodeMemory(std::span<const uint8_t> image);
 
   int32_t width() const { return width_; }
   int32_t height() const { return height_; }
@@ -31,6 +33,10 @@ class SldReader : public PictureReader {
   std::span<const uint32_t, 256> palette() const { return palette_; }
 
  private:
+  void takeHead(std::span<const uint8_t> head);
+  size_t pixelBytes() const;  ///< 0 for a head that tells of no picture
+  PackedPicture expand(std::span<const uint8_t> stream) const;
+
   uint32_t magic_ = 0;
   int32_t width_ = 0, height_ = 0;
   std::array<uint32_t, 256> palette_;

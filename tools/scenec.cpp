@@ -117,8 +117,8 @@ int compile(const Options& options) {
   const std::string root = (options.folder / "").string();
   Story story = readStory(texts, problems);
   if (!problems.empty()) {
-    for (const std::string& line : problems.lines())
-      std::fprintf(stderr, "%s%s\n", root.c_str(), line.c_str());
+    for (const std::string& line : problems.lines(root))
+      std::fprintf(stderr, "%s\n", line.c_str());
     return BadStory;
   }
   if (options.check) return Good;

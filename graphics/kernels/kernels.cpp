@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstring>
+#include <functional>
+#include <limits>
 
 #include "graphics/kernels/dither_cells.h"
 #include "graphics/kernels/plain_kernels.h"
@@ -16,14 +18,29 @@ bool nothingIn(const KernelRows& rows) {
   return rows.width <= 0 || rows.height <= 0;
 }
 
-/// The C library's copy is the fastest there is in either form. Rectangles that overlap are
-/// allowed: each row arrives whole, and rows follow from the top.
-void copyBytes(const KernelRows& rows, size_t rowBytes) {
-  for (int y = 0; y < rows.height; ++y)
-    std::memmove(targetRow(rows, y), sourceRow(rows, y), rowBytes);
+/// The whole rectangle as one row, where rows follow one another in memory without a gap, as those
+/// of a whole surface do, and no row reads what another wrote. Pixels are bytes.
+KernelRows joined(const KernelRows& rows) {
+  if (rows.targetStride != rows.width || rows.sourceStride != rows.width) return rows;
+  const int64_t pixels = static_cast<int64_t>(rows.width) * rows.height;
+  uint8_t* target = targetRow(rows, rows.height - 1);
+  const uint8_t* source = sourceRow(rows, rows.height - 1);
+  const std::less_equal<const uint8_t*> notAbove;
+  const bool apart = notAbove(target + pixels, source) || notAbove(source + pixels, target);
+  if (!apart || pixels > std::numeric_limits<int>::max()) return rows;
+  const int width = static_cast<int>(pixels);
+  return {target, width, source, width, width, 1};
 }
 
-using DitherMasks = std::array<std::array<std::array<uint8_t, 4 + MostLanes>, 4>,
+/// The C library's copy is the fastest there is in either form. Rectangles that overlap are
+/// allowed: each row arrives whole, and rows follow from the top.
+void copyBytes(const KernelRows& given) {
+  const KernelRows rows = joined(given);
+  for (int y = 0; y < rows.height; ++y)
+    std::memmove(targetRow(rows, y), sourceRow(rows, y), static_cast<size_t>(rows.width));
+}
+
+using DitherMasks = std::array<std::array<std::array<uint8_t, 2 * MostLanes>, 4>,
                                static_cast<size_t>(DitherLevels)>;
 
 constexpr DitherMasks masksOfCells() {
@@ -39,7 +56,7 @@ constexpr DitherMasks Masks = masksOfCells();
 void ditherVector(const KernelRows& rows, int level, int key) {
   const auto& masks = Masks[static_cast<size_t>(level)];
   const CellPattern pattern = {
-      {masks[0].data(), masks[1].data(), masks[2].data(), masks[3].data()}, 4, 0};
+      {masks[0].data(), masks[1].data(), masks[2].data(), masks[3].data()}, MostLanes, 0};
   vector::patternRows(rows, pattern, key);
 }
 
@@ -63,9 +80,11 @@ void combVector(const KernelRows& rows, int step, int key) {
     combWide(rows, step, key);
     return;
   }
-  const auto period = static_cast<size_t>(step);
-  std::array<uint8_t, WidestPattern + MostLanes> mask{};
-  for (size_t x = period - 1; x < mask.size(); x += period)
+  // The shortest multiple of the step that is no shorter than a vector.
+  const auto cell = static_cast<size_t>(step);
+  const size_t period = (MostLanes + cell - 1) / cell * cell;
+  std::array<uint8_t, 3 * MostLanes> mask{};
+  for (size_t x = cell - 1; x < period + MostLanes; x += cell)
     mask[x] = 0xFF;
   const uint8_t* cells = mask.data();
   vector::patternRows(
@@ -115,12 +134,12 @@ void blend(KernelForm form, const KernelRows& rows, const uint32_t* palette, int
 }  // namespace
 
 void copyRows(KernelForm, const KernelRows& rows) {
-  if (!nothingIn(rows)) copyBytes(rows, static_cast<size_t>(rows.width));
+  if (!nothingIn(rows)) copyBytes(rows);
 }
 
 void copyRowsKey(KernelForm form, const KernelRows& rows, uint8_t key) {
   if (nothingIn(rows)) return;
-  (form == KernelForm::Vector ? vector::copyRowsKey : plain::copyRowsKey)(rows, key);
+  (form == KernelForm::Vector ? vector::copyRowsKey : plain::copyRowsKey)(joined(rows), key);
 }
 
 void combRows(KernelForm form, const KernelRows& rows, int step) {
@@ -153,7 +172,10 @@ void blendRowsKey(KernelForm form, const KernelRows& rows, const uint32_t* palet
 }
 
 void copyRows32(KernelForm, const KernelRows& rows) {
-  if (!nothingIn(rows)) copyBytes(rows, static_cast<size_t>(rows.width) * sizeof(uint32_t));
+  if (nothingIn(rows)) return;
+  KernelRows bytes = rows;
+  bytes.width *= static_cast<int>(sizeof(uint32_t));
+  copyBytes(bytes);
 }
 
 }  // namespace qv

@@ -5,13 +5,18 @@
 /// go down in memory by their stride, as in a bitmap that is stored bottom row first. Each loop
 /// has a plain form and a vector form; the vector form's results are the finer ones where the two
 /// differ (blending). Pure functions; the caller holds the surfaces.
+///
+/// Nothing is done where width or height is below 1, and no pixel beside the rectangle is written.
+/// Source and target may overlap: then rows are done from the top, plain copies move each row
+/// whole, and what the other loops read of pixels that they have written is not told.
 
 #include <cstdint>
 
 namespace qv {
 
 /// One rectangle of a target and a source. Strides are bytes; a negative one is for rows that go up
-/// in memory, as in a window's pixels. Width and height are pixels, at least 1.
+/// in memory, as in a window's pixels. Width and height are pixels. Pixels of 32 bits lie at
+/// addresses that 4 divides.
 struct KernelRows {
   uint8_t* target = nullptr;
   int targetStride = 0;

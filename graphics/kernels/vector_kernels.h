@@ -15,7 +15,7 @@ inline constexpr size_t MostLanes = 64;
 /// Cells that repeat along a row: 0xFF takes the source's pixel, 0 leaves the target's.
 struct CellPattern {
   const uint8_t* rows[4];  ///< for row y modulo 4: `period` cells, repeated for MostLanes more
-  size_t period;
+  size_t period;           ///< MostLanes at least: a multiple of what repeats in truth will do
   size_t carry;  ///< by how many cells each row begins further on than the one above, below period
 };
 

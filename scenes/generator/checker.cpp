@@ -46,18 +46,19 @@ void checkStory(const Story& story, Problems& problems) {
     names.push_back(name);
   eachTarget(story, [&](const Option& option) {
     if (option.target == "END" || defined.count(option.target) != 0) return;
-    problems.add(option.place,
-                 isEngineScene(option.target)
-                     ? "no scene can lead to \"" + option.target + "\"; name another one."
-                     : "there is no scene \"" + option.target + "\"." +
-                           suggestion(option.target, names, " Write it, or lead elsewhere."));
+    problems.add(
+        option.place,
+        isEngineScene(option.target)
+            ? "no scene can lead to \"" + option.target + "\"; name another one."
+            : "there is no scene \"" + option.target + "\"." +
+                  problems.suggestion(option.target, names, " Write it, or lead elsewhere."));
   });
   if (defined.count(Title) == 0)
     problems.add({}, std::string("the story has no scene \"") + Title +
                          "\", to which the way back to the title leads; write it.");
   if (story.firstScene != Title && defined.count(story.firstScene) == 0)
     problems.add(story.firstPlace, "there is no scene \"" + story.firstScene + "\"." +
-                                       suggestion(story.firstScene, names, " Write it."));
+                                       problems.suggestion(story.firstScene, names, " Write it."));
 }
 
 std::vector<std::string> missingScenes(const Story& story) {

@@ -227,10 +227,11 @@ std::optional<int> registerNumber(const std::string& word, const Story& story, P
     std::vector<std::string> known;
     for (const auto& [name, unused] : story.registers)
       known.push_back(name);
-    problems.add(place, "no register is called \"" + word + "\"." +
-                            suggestion(word, known,
-                                       " Name it in story.txt with @register NAME NUMBER, or "
-                                       "write its number."));
+    problems.add(place,
+                 "no register is called \"" + word + "\"." +
+                     problems.suggestion(word, known,
+                                         " Name it in story.txt with @register NAME NUMBER, or "
+                                         "write its number."));
     return std::nullopt;
   }
   if (*value < 0 || *value >= RegisterCount) {
@@ -247,8 +248,9 @@ bool knowsHeroine(const std::string& name, const Story& story, Place place, Prob
   if (name.empty())
     problems.add(place, "a name is missing; write whose affection is meant.");
   else
-    problems.add(place, "affection does not know \"" + name + "\"." +
-                            suggestion(name, known, " Add @heroine " + name + " to story.txt."));
+    problems.add(place,
+                 "affection does not know \"" + name + "\"." +
+                     problems.suggestion(name, known, " Add @heroine " + name + " to story.txt."));
   return false;
 }
 

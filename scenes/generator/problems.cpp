@@ -8,6 +8,7 @@ namespace qv::scenec {
 namespace {
 
 constexpr size_t MostLines = 100;
+constexpr int MostGuesses = 300;
 
 /// Start offsets of the characters; bytes that continue a character start none.
 std::vector<std::string> characters(const std::string& text) {
@@ -45,7 +46,7 @@ void Problems::add(Place place, std::string what) {
   problems_.push_back({place, std::move(what)});
 }
 
-std::vector<std::string> Problems::lines() const {
+std::vector<std::string> Problems::lines(const std::string& root) const {
   std::vector<Problem> sorted = problems_;
   std::stable_sort(sorted.begin(), sorted.end(), [](const Problem& left, const Problem& right) {
     if (left.place.file != right.place.file) return left.place.file < right.place.file;
@@ -58,7 +59,7 @@ std::vector<std::string> Problems::lines() const {
       break;
     }
     const size_t file = static_cast<size_t>(problem.place.file);
-    std::string text = file < files.size() ? files[file] : "?";
+    std::string text = root + (file < files.size() ? files[file] : "?");
     if (problem.place.line > 0) text += ":" + std::to_string(problem.place.line);
     texts.push_back(text + ": " + problem.what);
   }
@@ -84,8 +85,9 @@ std::string nearest(const std::string& word, const std::vector<std::string>& kno
   return best;
 }
 
-std::string suggestion(const std::string& word, const std::vector<std::string>& known,
-                       const std::string& otherwise) {
+std::string Problems::suggestion(const std::string& word, const std::vector<std::string>& known,
+                                 const std::string& otherwise) {
+  if (++guesses_ > MostGuesses) return otherwise;
   const std::string close = nearest(word, known);
   return close.empty() ? otherwise : " Did you mean \"" + close + "\"?";
 }

@@ -115,7 +115,7 @@ class ArgumentReader {
       known.emplace_back(area.name);
     }
     return fail("scenes know no print area \"" + word + "\"." +
-                suggestion(word, known, " Use name.Area or message.Area."));
+                problems_.suggestion(word, known, " Use name.Area or message.Area."));
   }
 
   const CommandForm& form_;
@@ -238,11 +238,12 @@ Heading headingOf(std::string_view line, const Story& story, Place place, Proble
   std::vector<std::string> known;
   for (const auto& [speaker, unused] : story.speakers)
     known.push_back(speaker);
-  problems.add(place, "nobody called \"" + name + "\" speaks in this story." +
-                          suggestion(name, known,
-                                     " Add @speaker " + name +
-                                         " to story.txt, or begin the line with a colon if it is "
-                                         "narration."));
+  problems.add(place,
+               "nobody called \"" + name + "\" speaks in this story." +
+                   problems.suggestion(name, known,
+                                       " Add @speaker " + name +
+                                           " to story.txt, or begin the line with a colon if it is "
+                                           "narration."));
   heading.tag = NarrationTag;
   return heading;
 }

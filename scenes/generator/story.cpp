@@ -60,4 +60,46 @@ bool isEngineScene(const std::string& name) {
   return name == "sc_start";
 }
 
+bool alwaysLeaves(const std::vector<Act>& acts) {
+  return std::any_of(acts.begin(), acts.end(), [](const Act& act) { return alwaysLeaves(act); });
+}
+bool alwaysLeaves(const Act& act) {
+  switch (act.kind) {
+    case Act::Kind::Go:
+    case Act::Kind::Choose:
+    case Act::Kind::Places:
+      return true;
+    case Act::Kind::If:
+      return !act.branches.empty() && act.branches.back().condition.empty() &&
+             std::all_of(act.branches.begin(), act.branches.end(),
+                         [](const Branch& branch) { return alwaysLeaves(branch.acts); });
+    default:
+      return false;
+  }
+}
+
+int waitsOf(const std::vector<Act>& acts) {
+  int sum = 0;
+  for (const Act& act : acts) {
+    switch (act.kind) {
+      case Act::Kind::Message:
+      case Act::Kind::Click:
+      case Act::Kind::Choose:
+      case Act::Kind::Places:
+        ++sum;
+        break;
+      case Act::Kind::If: {
+        int most = 0;
+        for (const Branch& branch : act.branches)
+          most = std::max(most, waitsOf(branch.acts));
+        sum += most;
+        break;
+      }
+      default:
+        break;
+    }
+  }
+  return sum;
+}
+
 }  // namespace qv::scenec

@@ -88,4 +88,10 @@ std::string chapterOf(const std::string& name);
 /// Scenes that every story has without writing them.
 bool isEngineScene(const std::string& name);
 
+/// True when nothing behind the act can be reached.
+bool alwaysLeaves(const Act& act);
+bool alwaysLeaves(const std::vector<Act>& acts);
+/// The most waits for the player on any way through.
+int waitsOf(const std::vector<Act>& acts);
+
 }  // namespace qv::scenec

@@ -44,9 +44,10 @@ class StoryReader {
       }
       known.emplace_back(entry.name);
     }
-    problem("story.txt knows no \"@" + line.command + "\"." +
-            suggestion(line.command, known,
-                       " Its commands are @game, @first, @speaker, @register and @heroine."));
+    problem(
+        "story.txt knows no \"@" + line.command + "\"." +
+        problems_.suggestion(line.command, known,
+                             " Its commands are @game, @first, @speaker, @register and @heroine."));
   }
 
  private:

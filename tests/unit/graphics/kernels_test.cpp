@@ -281,6 +281,8 @@ TEST_P(Kernels, CopyRowsKeyLeavesTheTargetWhereTheSourceIsTheKey) {
     expectAtEveryWidth(keyed(static_cast<uint8_t>(key)));
     for (const int width : {5, 16, 37, 100})
       expectAtEveryPlace(keyed(static_cast<uint8_t>(key)), width);
+    for (const int width : {1, 7, 63, 640, 1001})  // rows without a gap between them
+      expectAt(keyed(static_cast<uint8_t>(key)), width, 9, 0, 0, 4, 1);
   }
 }
 
@@ -482,6 +484,16 @@ TEST_P(EitherForm, RectanglesOfOnePictureThatOverlapCopyRowByRow) {
   Bytes picture = {0, 1, 2, 3, 4, 5, 6, 7};
   copyRows(GetParam(), {picture.data() + 2, 8, picture.data(), 8, 6, 1});
   EXPECT_THAT(picture, ::testing::ElementsAre(0, 1, 0, 1, 2, 3, 4, 5));
+}
+
+TEST_P(EitherForm, APictureMovedDownWithinItselfRepeatsItsTopRow) {
+  // Two pixels wide, bottom row first, rows without a gap.
+  Bytes picture = {7, 8, 5, 6, 3, 4, 1, 2};
+  copyRows(GetParam(), {picture.data() + 4, 2, picture.data() + 6, 2, 2, 3});
+  EXPECT_THAT(picture, ::testing::ElementsAre(1, 2, 1, 2, 1, 2, 1, 2));
+  picture = {7, 8, 5, 6, 3, 4, 1, 2};
+  copyRows(GetParam(), {picture.data() + 6, 2, picture.data() + 4, 2, 2, 3});
+  EXPECT_THAT(picture, ::testing::ElementsAre(7, 8, 7, 8, 5, 6, 3, 4));
 }
 
 }  // namespace

@@ -119,6 +119,15 @@ TEST(SceneLanguage, TellsEveryProblemOfARun) {
   EXPECT_EQ(problemsOf("@scene sc000000\n@bg\n@sprite X 9\n@go sc999999\n").size(), 3u);
 }
 
+TEST(SceneLanguage, BeyondAHundredProblemsOnlyTheirNumberIsTold) {
+  std::string scenes = "@scene sc000000\n";
+  for (int line = 0; line < 150; ++line)
+    scenes += "@bg\n";
+  const Lines lines = problemsOf(scenes + "@go END\n");
+  ASSERT_EQ(lines.size(), 101u);
+  EXPECT_EQ(lines.back(), "and 50 more");
+}
+
 TEST(SceneLanguage, AStoryNeedsItsTitle) {
   EXPECT_EQ(problemsOf("@scene sc000000\n@go END\n", StoryText, false),
             Lines{"story.txt: the story has no scene \"sc_menu\", to which the way back to the "

@@ -1,0 +1,15 @@
+#pragma once
+
+/// What ends a command with a sentence for its user: bad files and bad wishes, never our mistakes.
+
+#include <stdexcept>
+#include <string>
+
+namespace qv::tool {
+
+class Failure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace qv::tool
