@@ -133,7 +133,7 @@ void AnimationSequence::closeLoop() {
 
 void AnimationSequence::readPlace(uint8_t opening) {
   const bool isOffset = opening == '(';
-  const char closing = isOffset ? ')' : '}';
+  const uint8_t closing = isOffset ? ')' : '}';
   if (isOffset) dx_ = dy_ = 0;
   readNumber(isOffset ? x_ : dx_, closing);
   if (more() && charAt(cursor_) == ',') ++cursor_;
@@ -145,9 +145,9 @@ void AnimationSequence::readPlace(uint8_t opening) {
 
 /// Leaves the cursor on the comma, the closing character or the end of the text. Where no number
 /// stands the old one stays.
-void AnimationSequence::readNumber(int32_t& number, char closing) {
+void AnimationSequence::readNumber(int32_t& number, uint8_t closing) {
   const auto atEnd = [&] {
-    return !more() || charAt(cursor_) == ',' || charAt(cursor_) == static_cast<uint8_t>(closing);
+    return !more() || charAt(cursor_) == ',' || charAt(cursor_) == closing;
   };
   while (!atEnd() && !startsNumber(charAt(cursor_)))
     ++cursor_;

@@ -67,7 +67,7 @@ class AnimationSequence {
   void openLoop(uint8_t digit);
   void closeLoop();
   void readPlace(uint8_t opening);
-  void readNumber(int32_t& number, char closing);
+  void readNumber(int32_t& number, uint8_t closing);
   uint8_t charAt(size_t at) const;
   bool more() const;
 
