@@ -9,9 +9,12 @@
 namespace qv {
 
 class Dialogs;
+class DiscPlayer;
 class FileSystem;
+class MidiOutput;
 class SettingsStore;
 class TextRenderer;
+class WaveOutput;
 
 /// One line of the run's trace: a scene entered, a line shown, a box, a wave, a song, a file
 /// written. The tick and the line end are added by who keeps the trace. Text is UTF-8.
@@ -26,6 +29,9 @@ struct Services {
   SettingsStore* settings = nullptr;
   Dialogs* dialogs = nullptr;
   TextRenderer* text = nullptr;  ///< null: nothing is drawn
+  WaveOutput* wave = nullptr;    ///< null: the machine has no wave device
+  MidiOutput* midi = nullptr;    ///< null: the machine has no MIDI device
+  DiscPlayer* disc = nullptr;    ///< null: the machine has no drive for audio
   TraceSink* trace = nullptr;    ///< null: nothing is traced
 };
 

@@ -3,13 +3,13 @@
 # them. Sourced by ./play, ./test, bench/run and tests/fuzz/run.
 
 declare -A packagesFor=(
-  [build]="cmake ninja-build g++ pkg-config libsdl2-dev libfreetype-dev libpng-dev libcli11-dev libhwy-dev libimagequant-dev librsvg2-dev"
-  [play]="fonts-ipafont-gothic fonts-ipafont-mincho"
+  [build]="cmake ninja-build g++ pkg-config libsdl2-dev libfreetype-dev libpng-dev libcli11-dev libhwy-dev libimagequant-dev librsvg2-dev libsndfile1-dev libfluidsynth-dev librtmidi-dev sox flac"
+  [play]="fonts-ipafont-gothic fonts-ipafont-mincho timgm6mb-soundfont"
   [test]="libgtest-dev libgmock-dev nlohmann-json3-dev xvfb xdotool imagemagick openbox"
   [fuzz]="clang libclang-rt-dev"
   [format]="clang-format"
   [tidy]="clang-tidy"
-  [bench]="liblua5.4-dev libpixman-1-dev liblz4-dev"
+  [bench]="liblua5.4-dev libpixman-1-dev liblz4-dev libpango1.0-dev libcairo2-dev libfluidsynth-dev"
 )
 
 # needPackages PURPOSE...: installs what is missing, where we may; else prints the line that does.
