@@ -4,6 +4,7 @@
 #include "scenario/register_numbers.h"
 #include "scenario/resume.h"
 #include "scenario/scenario.h"
+#include "scenario/story_tables.h"
 
 namespace qv {
 
@@ -21,7 +22,10 @@ QVScenario* createManager() {
 }
 
 void destroyManager(QVScenario* manager) {
-  if (theScenario == manager) setTheScenario(nullptr);
+  if (theScenario == manager) {
+    setTheScenario(nullptr);
+    setStoryTables(nullptr);
+  }
   if (waitingManager == manager) waitingManager = nullptr;
   delete manager;
 }
@@ -33,6 +37,7 @@ SceneFunction startStory(ScenarioHost* host, const StoryStart& story) {
   manager.Start(host, story.applicationName, RegisterCount, StringRegisterCount,
                 SystemRegisterCount);
   setTheScenario(&manager);
+  setStoryTables(story.tables);
   ResumeScene = {};
   Reg(ResumePendingRegister) = 0;
   manager.SetExternalFont(ExternalFont);

@@ -69,13 +69,38 @@ struct Scene {
   std::vector<StepList> lists{};  ///< a chain scene has one of one step
 };
 
+/// A speaker of story.txt. One stands for several rows of the table: see tablesCode.
+struct SpeakerData {
+  std::string name{}, tag{};
+  std::string shown{}, printed{};  ///< empty: by the rule
+  int speakerClass = 0;
+  bool plain = true;  ///< the tag is the name's own
+};
+
+struct MouthData {
+  std::string speaker{}, file{};  ///< no file: the speaker stands there without a mouth
+  int slot = 1, x = 0, y = 0, key = -2;
+};
+
+/// A figure, or a picture with the mouths in it.
+struct PictureData {
+  std::string name{}, file{};
+  std::string speaker{};  ///< a figure's
+  int x = 0, y = 0;
+  std::vector<MouthData> mouths{};
+  Place place{};
+};
+
 struct Story {
   std::string application = "Vorlane";
   std::string firstScene = "sc_menu";
   Place firstPlace;
   std::map<std::string, std::string> speakers;  ///< name in the texts to tag
-  std::map<std::string, int> registers;         ///< names of registers
-  std::vector<std::string> heroines{};          ///< names that affection knows, in order
+  std::vector<SpeakerData> speakerData{};       ///< those of story.txt, in its order
+  std::vector<PictureData> sprites{}, pictures{};
+  std::string familyName{}, givenName{};  ///< the hero's on a first start
+  std::map<std::string, int> registers;   ///< names of registers
+  std::vector<std::string> heroines{};    ///< names that affection knows, in order
   std::vector<Scene> scenes{};
   std::vector<Act> globals{};  ///< C++ outside of scenes
 };

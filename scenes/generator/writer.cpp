@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <set>
 
+#include "scenes/generator/story_rows.h"
 #include "scenes/generator/text.h"
 
 namespace qv::scenec {
@@ -296,9 +297,9 @@ std::string tableText(const Story& story) {
   text += "}\n\nnamespace {\n\nconstexpr qv::SceneEntry SceneTable[] = {\n";
   for (const std::string& name : names)
     text += "    {\"" + name + "\", " + name + "},\n";
-  text += "};\n\n}  // namespace\n\n";
+  text += "};\n\n" + tablesCode(story) + "}  // namespace\n\n";
   text += "extern \"C\" {\nextern const qv::StoryStart qvStoryStart{\"" + story.application +
-          "\", " + story.firstScene + "};\n";
+          "\", " + story.firstScene + ", &StoryData};\n";
   text +=
       "extern const qv::GameModule qvGameModule{\n"
       "    .abi = qv::ModuleAbi,\n"
