@@ -16,13 +16,6 @@ void ShowCalendar(int32_t month, int32_t day) {
   Reg(CalendarDayRegister) = day;
 }
 
-void ChangeParameter(const char*, int32_t) {}
-const char* CompareAffection(const char* first, const char*) {
-  return first;
-}
-int32_t AffectionAbove(const char*, int32_t) {
-  return 0;
-}
 void OpeningFilm(timekeeper&) {}
 
 }  // namespace qv

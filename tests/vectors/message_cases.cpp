@@ -2,42 +2,12 @@
 #include "message/line_voice.h"
 #include "message/pending_text.h"
 #include "message/speakers.h"
-#include "scenario/commands.h"
 #include "scenario/register_numbers.h"
-#include "scenario/scenario.h"
 #include "tests/vectors/case.h"
+#include "tests/vectors/manager.h"
 
 namespace qv::vectors {
 namespace {
-
-/// A manager with its registers, and no host.
-class Registers {
- public:
-  explicit Registers(Case& given) {
-    given.platform();
-    manager_ = std::make_unique<QVScenario>();
-    manager_->Open("Vorlane", RegisterCount, StringRegisterCount, SystemRegisterCount);
-    setTheScenario(manager_.get());
-  }
-  ~Registers() { setTheScenario(nullptr); }
-  Registers(const Registers&) = delete;
-  Registers& operator=(const Registers&) = delete;
-
-  void set(int32_t number, const Json& hex) {
-    manager_->StrReg(number).create(QVString::DefaultGrain,
-                                    bytesOfHex(hex.get<std::string>()).c_str());
-  }
-  std::string text(int32_t number) { return std::string(manager_->StrReg(number).view()); }
-  int32_t historyLines() {
-    int32_t lines = 0;
-    while (lines < HistoryLength && !text(HistoryNames + lines).empty())
-      ++lines;
-    return lines;
-  }
-
- private:
-  std::unique_ptr<QVScenario> manager_;
-};
 
 void voiceSwitch(Case& given) {
   for (const Json& row : given["rows"])

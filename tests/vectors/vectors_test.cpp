@@ -47,10 +47,9 @@ const std::vector<Topic>& topics() {
       {"layout", {}, {"home", "no_line_start", "outline_order", "print_text", "set_position"}},
       {"message", messageKinds(), {"scroll"}},
       {"screens",
-       {},
-       {"affection_above", "calendar", "change_parameter", "char_list", "compare_affection",
-        "gallery_buttons", "gallery_cells", "gallery_pages", "gallery_percent", "list_cell",
-        "palette_grid", "palette_keys", "pendant", "row_places", "row_text"}},
+       standingKinds(),
+       {"calendar", "char_list", "gallery_buttons", "gallery_cells", "gallery_pages",
+        "gallery_percent", "list_cell", "palette_grid", "palette_keys", "row_places", "row_text"}},
       {"strings", stringKinds(), {}},
       {"clickmap", {}, {"input", "map_file", "map_signature", "tick_wait", "wait", "wait_units"}},
   };
