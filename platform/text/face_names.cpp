@@ -1,5 +1,6 @@
 #include "platform/text/face_names.h"
 
+#include <map>
 #include <string>
 #include <utility>
 
@@ -53,10 +54,14 @@ std::string folded(std::string_view name) {
 }  // namespace
 
 std::optional<FontFace> faceOfName(std::string_view name) {
-  const std::string wanted = folded(name);
-  for (const auto& [known, face] : Names)
-    if (wanted == sjis(known)) return face;
-  return std::nullopt;
+  static const std::map<std::string, FontFace> faces = [] {
+    std::map<std::string, FontFace> all;
+    for (const auto& [known, face] : Names)
+      all.emplace(sjis(known), face);
+    return all;
+  }();
+  const auto found = faces.find(folded(name));
+  return found == faces.end() ? std::nullopt : std::optional(found->second);
 }
 
 }  // namespace qv
