@@ -19,6 +19,7 @@ class View {
   virtual ~View() = default;
 
   virtual int typeCode() const = 0;
+  virtual bool alive() const { return true; }  ///< its window is not gone
   virtual void resize(int32_t width, int32_t height, int32_t repaint) = 0;
   void flushArea(int32_t x, int32_t y, int32_t w, int32_t h, int32_t erase) {
     const Rectangle area = Rectangle::at(x, y, w, h).normalised();
