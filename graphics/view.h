@@ -11,6 +11,7 @@
 
 namespace qv {
 
+class ClickTarget;
 class QVVSurface;
 class QVVSurface24;
 
@@ -47,6 +48,13 @@ class View {
   /// Lowers it; at 0 with `redraw` the whole view is painted in one step.
   virtual void release(bool redraw) = 0;
 
+  /// Puts a click map on the view, over those that are there: the pointer over the view is the
+  /// map's from now on. The view only borrows it. Scenario thread, without a lock that painting
+  /// takes.
+  virtual void addClickMap(ClickTarget& /*map*/) {}
+  /// Takes it off; false when it was not on it (any more: a window that goes loses its maps). No
+  /// thread repaints it when this returns.
+  virtual bool removeClickMap(ClickTarget& /*map*/) { return false; }
   /// Lets click maps on the view draw what they show over new pixels; nothing where it has none.
   virtual void repaintClickMaps() {}
 
