@@ -78,6 +78,7 @@ class HostWindowObject : public WindowObject,
   void SetClipShape(QVVSurface& scratch, ColourKey key) override;
 
   // View. The size is the client's.
+  bool alive() const override { return compositor_.present(screen_); }
   void resize(int32_t width, int32_t height, int32_t repaint) override;
   void flush(const Rectangle* area, int32_t erase) override;
   void update() override { compositor_.update(screen_); }

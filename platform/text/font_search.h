@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "platform/text/text_renderer.h"
+#include "platform/text/text_style.h"
 
 namespace qv {
 
