@@ -40,8 +40,9 @@ bool isGroupShot(std::string_view name);
 /// The families of variants: which names they take, what they show, the key of their mouths.
 struct SpriteFamily {
   const char* prefix;  ///< takes the place of the first three letters
-  int32_t mouthKey;
+  int32_t mouthKey;    ///< MouthWithoutKey: the plain form's
 };
-inline constexpr SpriteFamily FamilyKZC{"KZC", 135}, FamilyKYC{"KYC", 87};
+inline constexpr SpriteFamily FamilyKZC{"KZC", 135}, FamilyKYC{"KYC", 87},
+    FamilyKXS{"KXS", MouthWithoutKey};
 
 }  // namespace qv

@@ -1,10 +1,18 @@
 #include "scenario/start/start.h"
 
+#include <utility>
+
+#include "message/frame_buttons.h"
+#include "message/system_screens.h"
 #include "scenario/commands.h"
 #include "scenario/register_numbers.h"
 #include "scenario/resume.h"
 #include "scenario/scenario.h"
+#include "scenario/start/first_start.h"
+#include "scenario/start/standing_objects.h"
+#include "scenario/start/user_name_file.h"
 #include "scenario/story_tables.h"
+#include "screens/unbuilt_screens.h"
 
 namespace qv {
 
@@ -13,6 +21,21 @@ namespace {
 constexpr const char* ExternalFont = "dat\\Quvex.tte";
 
 QVScenario* waitingManager = nullptr;
+
+/// Each name by itself: a player may have given one alone.
+void takeFirstNames() {
+  const StoryTables& story = storyTables();
+  for (const auto& [number, name] :
+       {std::pair{HeroFamilyName, story.familyName}, {HeroGivenName, story.givenName}})
+    if (theScenario->StrReg(number).length() == 0)
+      theScenario->StrReg(number).create(QVString::DefaultGrain, name);
+}
+
+/// What stands outside of the manager and looks at its objects.
+void leaveObjects() {
+  destroyFrameButtons();
+  setSystemScreens(nullptr);
+}
 
 }  // namespace
 
@@ -41,7 +64,14 @@ SceneFunction startStory(ScenarioHost* host, const StoryStart& story) {
   ResumeScene = {};
   Reg(ResumePendingRegister) = 0;
   manager.SetExternalFont(ExternalFont);
+  createStandingObjects();
+  UserNameFile("LOAD");
+  takeFirstNames();
   Reg(MessageHiddenRegister) = 1;
+  setFirstStartDefaults();
+  createHelpWindow();
+  createMouthSequences();
+  setSystemScreens(&unbuiltScreens());
   Reg(BgmCurrentRegister) = 0;
   Reg(BgmLastRegister) = 0;
   return story.firstScene;
@@ -50,6 +80,7 @@ SceneFunction startStory(ScenarioHost* host, const StoryStart& story) {
 SceneFunction endStory() {
   if (!theScenario) return {};
   theScenario->SetSceneName("END");
+  leaveObjects();
   theScenario->SetExternalFont(nullptr);
   theScenario->EmptySecondList();
   theScenario->Release();
@@ -58,6 +89,7 @@ SceneFunction endStory() {
 
 SceneFunction endAfterException() {
   if (!theScenario) return {};
+  leaveObjects();
   theScenario->SetExternalFont(nullptr);
   theScenario->Release();
   return {};
