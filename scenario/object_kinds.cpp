@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "scenario/animation_objects.h"
+#include "scenario/click_map_objects.h"
 #include "scenario/named_surface.h"
 #include "scenario/scenario_host.h"
 
@@ -18,7 +19,8 @@ constexpr ObjectKind Kinds[] = {
      NativeForm::Member, nullptr},
     {TypePrintArea, "QVScenario - create:printArea", "プリントエリア", NativeForm::Member, nullptr},
     {TypeHitret, "QVScenario - create:hitret", "", NativeForm::Member, nullptr},
-    {TypeClickMap, "QVScenario - create:clickmap", "", NativeForm::Member, nullptr},
+    {TypeClickMap, "QVScenario - create:clickmap", "", NativeForm::Member,
+     allocateObject<NamedClickMap>},
     {TypeAnimationSurface, "QVScenario - create:animationSurface", "", NativeForm::Member,
      allocateObject<NamedAnimationSurface>},
     {TypeAnimationSequence, "QVScenario - create:animationSequence", "", NativeForm::Sequence,
