@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "scenario/animation_objects.h"
+#include "scenario/area_objects.h"
 #include "scenario/named_surface.h"
 #include "scenario/scenario_host.h"
 
@@ -16,7 +17,8 @@ constexpr ObjectKind Kinds[] = {
     {TypeCursor, "QVScenario - create:cursor", "カーソル", NativeForm::Member, nullptr},
     {TypeAnimatedControl, "QVScenario - create:animatedControl", "アニメーションコントロール",
      NativeForm::Member, nullptr},
-    {TypePrintArea, "QVScenario - create:printArea", "プリントエリア", NativeForm::Member, nullptr},
+    {TypePrintArea, "QVScenario - create:printArea", "プリントエリア", NativeForm::Member,
+     allocateObject<NamedPrintArea>},
     {TypeHitret, "QVScenario - create:hitret", "", NativeForm::Member, nullptr},
     {TypeClickMap, "QVScenario - create:clickmap", "", NativeForm::Member, nullptr},
     {TypeAnimationSurface, "QVScenario - create:animationSurface", "", NativeForm::Member,

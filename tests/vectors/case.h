@@ -87,6 +87,7 @@ std::span<const Kind> bitmapKinds();
 std::span<const Kind> blendLevelKinds();
 std::span<const Kind> effectKinds();
 std::span<const Kind> kernelKinds();
+std::span<const Kind> layoutKinds();
 std::span<const Kind> mcgKinds();
 std::span<const Kind> paletteKinds();
 std::span<const Kind> registerKinds();

@@ -44,7 +44,7 @@ const std::vector<Topic>& topics() {
         "slots"}},
       {"midi", {}, {"midi"}},
       {"sound", {}, {"effect_labels", "effect_table", "sequence", "song_files"}},
-      {"layout", {}, {"home", "no_line_start", "outline_order", "print_text", "set_position"}},
+      {"layout", layoutKinds(), {}},
       {"message",
        {},
        {"add_history", "hero_names", "print_pending", "scroll", "speak_line", "speaker_tag",
