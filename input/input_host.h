@@ -38,6 +38,7 @@ class InputHost {
   // The pointer, moved by program as if by a device. Coordinates are the game screen's.
   virtual void setPointer(int32_t x, int32_t y) = 0;
   virtual void movePointerBy(int32_t dx, int32_t dy) = 0;
+  virtual void pressKey(int32_t /*key*/) {}  ///< any thread
   virtual void pressPointer() = 0;  ///< the left button down and up where the pointer stands
 };
 

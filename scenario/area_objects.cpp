@@ -6,6 +6,10 @@
 
 namespace qv {
 
+void NamedPrintArea::create(QVScenario& manager, const ObjectArguments&) {
+  area_.setWave(&manager.wave());
+}
+
 namespace {
 
 QVPrintArea* areaOf(const RelatedObject& object) {

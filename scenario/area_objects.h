@@ -15,6 +15,8 @@ class NamedPrintArea : public LogicalObject {
   int typeCode() const override { return TypePrintArea; }
   void* native() override { return &area_; }
   QVPrintArea& area() { return area_; }
+  /// No arguments; voices sound through the manager's wave player.
+  void create(QVScenario& manager, const ObjectArguments& arguments) override;
   void forget(const void* member) override { area_.forget(member); }
 
  private:

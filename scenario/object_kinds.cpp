@@ -4,6 +4,7 @@
 
 #include "scenario/animation_objects.h"
 #include "scenario/area_objects.h"
+#include "scenario/click_map_objects.h"
 #include "scenario/named_surface.h"
 #include "scenario/scenario_host.h"
 
@@ -20,7 +21,8 @@ constexpr ObjectKind Kinds[] = {
     {TypePrintArea, "QVScenario - create:printArea", "プリントエリア", NativeForm::Member,
      allocateObject<NamedPrintArea>},
     {TypeHitret, "QVScenario - create:hitret", "", NativeForm::Member, nullptr},
-    {TypeClickMap, "QVScenario - create:clickmap", "", NativeForm::Member, nullptr},
+    {TypeClickMap, "QVScenario - create:clickmap", "", NativeForm::Member,
+     allocateObject<NamedClickMap>},
     {TypeAnimationSurface, "QVScenario - create:animationSurface", "", NativeForm::Member,
      allocateObject<NamedAnimationSurface>},
     {TypeAnimationSequence, "QVScenario - create:animationSequence", "", NativeForm::Sequence,

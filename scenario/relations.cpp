@@ -4,6 +4,7 @@
 
 #include "scenario/animation_objects.h"
 #include "scenario/area_objects.h"
+#include "scenario/click_map_objects.h"
 #include "scenario/object_kinds.h"
 #include "scenario/scenario.h"
 #include "scenario/window_object.h"
@@ -18,7 +19,7 @@ using enum RelationRule;
 constexpr Relation Relations[] = {
     {TypeView, TypeCursor},
     {TypeView, TypePrintArea, Direct, connectViewToPrintArea, disconnectViewFromPrintArea},
-    {TypeView, TypeClickMap},
+    {TypeView, TypeClickMap, Direct, connectViewToMap, disconnectViewFromMap},
     {TypeView, TypeAnimationArea, Direct, connectViewToArea, disconnectViewFromArea},
     {AnyFrame, AnyKind, AsClient},
     {TypeSurface, TypePrintArea, Swapped},
@@ -29,7 +30,7 @@ constexpr Relation Relations[] = {
     {TypePrintArea, TypeHitret, Direct, connectPrintAreaToHitret},
     {TypeHitret, AnyWindow, Swapped},
     {TypeClickMap, ViewOrFrame, Swapped},
-    {TypeClickMap, TypeClickMap},
+    {TypeClickMap, TypeClickMap, Direct, connectMapToMap, disconnectMapFromMap},
     {TypeAnimationArea, ViewOrFrame, Swapped},
     {TypeAnimationArea, TypeAnimationSurface, Direct, connectAreaToSurface},
     {TypeAnimationArea, TypeAnimationSequence, Direct, connectAreaToSequence},

@@ -15,6 +15,7 @@
 #include "foundation/event.h"
 #include "foundation/string.h"
 #include "foundation/thread.h"
+#include "graphics/animation/advance_receiver.h"
 #include "input/input_host.h"
 #include "scenario/window_object.h"
 
@@ -54,7 +55,7 @@ struct CreateWindowRequest {
   static CreateWindowRequest& ofMessage(uintptr_t first);
 };
 
-class ScenarioHost : public InputHost {
+class ScenarioHost : public InputHost, public AdvanceReceiver {
  public:
   ScenarioHost();
   ~ScenarioHost() override = default;
@@ -111,6 +112,9 @@ class ScenarioHost : public InputHost {
   void setPointer(int32_t /*x*/, int32_t /*y*/) override {}
   void movePointerBy(int32_t /*dx*/, int32_t /*dy*/) override {}
   void pressPointer() override {}
+  void pressKey(int32_t /*key*/) override {}
+  /// An animation that moves its view's parent on: as a key that was pressed.
+  void advance(int32_t code) override { pressKey(code); }
 
   void NotifyScene();  ///< sends the scene name notice, where somebody takes it
 

@@ -10,6 +10,7 @@
 #include "graphics/view.h"
 #include "message/print_area.h"
 #include "platform/display/display.h"
+#include "scenario/click_map_objects.h"
 #include "scenario/handles.h"
 #include "scenario/scenario.h"
 
@@ -160,6 +161,8 @@ void QVScenario::MoveWindow(const char* name, int32_t x, int32_t y, int32_t) {
     if (!isPositionCode(x)) area->setPosition(x, y);
     return;
   }
+  if (QVClickMap* map = findClickMap(*this, name))
+    if (!isPositionCode(x)) return map->setOrigin(x, y);
   WindowObject* const window = FindWindow(name);
   if (!window) return;
   if (!isPositionCode(x)) {

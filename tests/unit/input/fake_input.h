@@ -29,6 +29,11 @@ class FakeInputHost : public InputHost {
     keys_.reset();
     return key_.exchange(0);
   }
+  Event* beginMapWait(ClickTarget& map, bool keys) override {
+    Event* const armedKeys = InputHost::beginMapWait(map, keys);
+    if (onMapWait) onMapWait();
+    return armedKeys;
+  }
   int32_t hostWait(int32_t time, int32_t, int32_t inMilliseconds) override {
     times.push_back(time);
     Event& keys = armKeys();
@@ -63,7 +68,7 @@ class FakeInputHost : public InputHost {
   std::vector<std::pair<int32_t, int32_t>> places, nudges;
   int presses = 0;
   std::atomic<bool> armed = false;
-  std::function<void()> onArmed, onPress;
+  std::function<void()> onArmed, onPress, onMapWait;
   std::function<void(int32_t, int32_t)> onPointer;
 
  private:
