@@ -19,6 +19,7 @@ std::optional<int> readOptions(int argc, char** argv, const char* version, Optio
   app.add_option("--trace", options.trace, "write what happens, a line each, to this file");
   app.add_option("--user", options.user, "the player's folder, for saves and settings");
   app.add_option("--disc", options.disc, "the folder of the data disc");
+  app.add_option("--fonts", options.fonts, "look for the fonts in this folder alone");
   app.add_option("--scene", options.scene, "start with this scene");
   app.add_option("--record", options.record, "write what the player does as a play script");
   app.add_flag("--full-screen", options.fullScreen, "start in full screen");

@@ -13,9 +13,10 @@ namespace qv {
 
 struct Options {
   std::filesystem::path game = ".";
-  std::filesystem::path user;  ///< the player's folder; empty: the XDG data home
-  std::filesystem::path disc;  ///< empty: the folder `disc` of the game folder, if it is there
-  std::filesystem::path play;  ///< a play script
+  std::filesystem::path user;   ///< the player's folder; empty: the XDG data home
+  std::filesystem::path disc;   ///< empty: the folder `disc` of the game folder, if it is there
+  std::filesystem::path fonts;  ///< where the fonts are; empty: where the machine has them
+  std::filesystem::path play;   ///< a play script
   std::filesystem::path shots = ".";
   std::filesystem::path trace;
   std::filesystem::path record;

@@ -20,6 +20,7 @@
 #include "platform/files/file_system.h"
 #include "platform/services.h"
 #include "platform/settings/settings_store.h"
+#include "platform/text/font_search.h"
 #include "platform/text/shift_jis.h"
 #include "platform/text/text_renderer.h"
 
@@ -86,10 +87,24 @@ fs::path discFolder(const Options& options) {
   return fs::is_directory(own, error) ? own : fs::path{};
 }
 
+/// Which fonts are missing, in a sentence; empty when none are.
+std::string fontComplaint(const TextRenderer& text) {
+  std::string missing;
+  for (const FontFace face : {FontFace::Gothic, FontFace::ProportionalGothic, FontFace::Mincho,
+                              FontFace::ProportionalMincho})
+    if (!text.hasFont(face))
+      missing += (missing.empty() ? "" : ", ") + std::string(fontFileName(face));
+  if (missing.empty()) return missing;
+  return "Fonts are missing (" + missing +
+         "), and text in them is drawn with the built-in one, which has no kanji; the packages "
+         "fonts-ipafont-gothic and fonts-ipafont-mincho bring them.";
+}
+
 /// The run once kernel and module stand: everything below lives inside one call.
 class Run {
  public:
-  Run(const Options& options, LoadedModule& module) : options_(options), module_(module) {}
+  Run(const Options& options, LoadedModule& module)
+      : options_(options), module_(module), text_(options.fonts) {}
   int play();
 
  private:
@@ -109,6 +124,10 @@ bool Run::prepare(std::string& whyNot) {
   if (!options_.play.empty() && !readScript(options_.play, script_, whyNot)) return false;
   if (!options_.disc.empty() && !fs::is_directory(options_.disc)) {
     whyNot = "The disc's folder " + options_.disc.string() + " is not there.";
+    return false;
+  }
+  if (!options_.fonts.empty() && !fs::is_directory(options_.fonts)) {
+    whyNot = "The fonts' folder " + options_.fonts.string() + " is not there.";
     return false;
   }
   if (!options_.trace.empty() && !trace_.open(options_.trace)) {
@@ -148,6 +167,8 @@ int Run::play() {
   FileSystem files({options_.game, player, discFolder(options_)});
   SettingsStore settings(player / "settings.toml");
   if (!settings.complaint().empty()) complain(StatusGood, settings.complaint());
+  if (const std::string missing = fontComplaint(text_); !missing.empty())
+    complain(StatusGood, missing);
   BoxDesk boxes(text_);
   if (options_.headless && options_.play.empty()) boxes.setUnattended();
   const ServicesScope services({.files = &files,

@@ -152,6 +152,11 @@ TextFont QVPrintArea::font() const {
   return font_;
 }
 
+uint32_t QVPrintArea::fullPages() const {
+  const std::lock_guard guard(lock_);
+  return fullPages_;
+}
+
 // --- The pen ---
 
 void QVPrintArea::movePen(int32_t x, int32_t y) {
@@ -194,6 +199,7 @@ void QVPrintArea::newLine(QVHitret& hitret) {
   if (position_.x < rect_.left || position_.x >= rect_.right) reportIndent();
   const int32_t bottom = nearestCoordinate(int64_t{position_.y} + lineHeight_ - 1);
   if (rect_.contains(position_.x, bottom)) return;
+  ++fullPages_;
   if (view_) {
     flushArea();
     runWait(hitret, waitTenths_);

@@ -104,6 +104,8 @@ class QVPrintArea {
   uint32_t flags() const;
   int32_t indentLeft() const;
   TextFont font() const;
+  /// How many pages were full since the area was made.
+  uint32_t fullPages() const;
 
  private:
   class DeviceUse;
@@ -142,6 +144,7 @@ class QVPrintArea {
   ColourRef textColour_ = 0, outlineColour_ = 0xFFFFFF;
   NoLineStart noLineStart_;
   int32_t waitTenths_ = -1;
+  uint32_t fullPages_ = 0;
   TextDevice* device_;
 
   // What the device was set to when the outermost print began.

@@ -335,9 +335,9 @@ int32_t SelectMain(int32_t count) {
   return theScenario ? Selection(count).run() : 0;
 }
 
-void AreaText(AreaHandle& area, const char* text, int32_t) {
-  if (!area.bound() || !text) return;
-  static_cast<QVPrintArea*>(area.object()->native())->printText(text);
+void AreaText(AreaHandle& area, const char* text, int32_t flag) {
+
+  area.printText(text, nullptr, nullptr, nullptr, flag != 0);
 }
 
 }  // namespace qv

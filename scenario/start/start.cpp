@@ -61,6 +61,8 @@ SceneFunction startStory(ScenarioHost* host, const StoryStart& story) {
                 SystemRegisterCount);
   setTheScenario(&manager);
   setStoryTables(story.tables);
+  // Who waits for a voice that does not end has seen enough of it.
+  manager.wave().setShowWaitTimeout(false);
   ResumeScene = {};
   Reg(ResumePendingRegister) = 0;
   manager.SetExternalFont(ExternalFont);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "graphics/animation/animation_area.h"
+#include "platform/services.h"
 #include "platform/text/shift_jis.h"
 #include "tests/support/failing_heap.h"
 #include "tests/support/wave_bytes.h"
@@ -383,6 +384,34 @@ TEST_F(WaveMouth, IsForgottenWhoeverItIs) {
   wave.forget(nullptr);
   wave.stop();
   EXPECT_TRUE(area.running());
+}
+
+/// A device that takes its time to open.
+class SlowWaveOutput : public NullWaveOutput {
+ public:
+  bool open(const WaveFormat& format, Event& done) override {
+    sleepMillis(10);
+    return NullWaveOutput::open(format, done);
+  }
+};
+
+TEST(WaveOnASlowDevice, IsStoppedAlsoWhileItOpens) {
+  TestPlatform platform(false, makeSimulatedKernel());
+  platform.writeFile(platform.game() / "a.wav", silentWave(30));
+  SlowWaveOutput device;
+  Services withDevice = services();
+  withDevice.wave = &device;
+  const ServicesScope scope(withDevice);
+  QVWave wave;
+  Thread window;
+  window.start("window", [&] {
+    sleepMillis(5);
+    wave.stop();
+  });
+  wave.play("a.wav", 0, true, nullptr);
+  window.join();
+  EXPECT_FALSE(wave.isPlaying());
+  EXPECT_TRUE(platform.dialogs.shown.empty());
 }
 
 /// Plays, stops, waits and forgets from two threads end, whoever comes first.
