@@ -4,15 +4,13 @@
 #include "graphics/scene/picture_registers.h"
 #include "message/frame_buttons.h"
 #include "message/frame_colours.h"
+#include "message/pendant.h"
 #include "message/text_areas.h"
 #include "scenario/handles.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
-#include "screens/pendant.h"
 
 namespace qv {
-
-int32_t MessageWindowHiddenFlag = 0;
 
 namespace {
 

@@ -8,9 +8,6 @@
 
 namespace qv {
 
-/// While it is set, the player has hidden the window; it is in no save.
-extern int32_t MessageWindowHiddenFlag;
-
 void HideMessageWindow();
 void ShowMessageWindow();
 /// The other presentation. Drama is meant to be heard: it switches all voices and effects on.

@@ -336,7 +336,6 @@ int32_t SelectMain(int32_t count) {
 }
 
 void AreaText(AreaHandle& area, const char* text, int32_t flag) {
-
   area.printText(text, nullptr, nullptr, nullptr, flag != 0);
 }
 

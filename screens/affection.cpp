@@ -49,6 +49,7 @@ int32_t gemCellX(Leader leader, int32_t difference) {
 void ChangeParameter(const char* name, int32_t amount) {
   const std::optional<int32_t> number = standingRegisterOf(name);
   if (number) Reg(*number) = movedStanding(Reg(*number), amount);
+  UpdatePendant();
 }
 
 const char* CompareAffection(const char* first, const char* second) {

@@ -20,10 +20,6 @@ void ChapterCatch(int32_t, int32_t) {}
 void ChapterPreview(int32_t, int32_t) {}
 void PictureRunFirst() {}
 
-void HideSystemWindow() {}
-void ShowSystemWindow() {}
-void RestorePendant() {}
-
 // Until there is a ring to turn, the place at its front is taken.
 int32_t LocationRing(const char*, const char*, const char*, const char*, const char*, const char*,
                      const char*, const char*) {

@@ -4,6 +4,7 @@
 
 #include "graphics/scene/picture_drawing.h"
 #include "message/frame_buttons.h"
+#include "message/no_line_start.h"
 #include "message/text_areas.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/handles.h"
@@ -122,9 +123,9 @@ void createBlink() {
 }
 
 void createLineAndButtons() {
-  createLineArea(NameArea, noLineStartShort());
+  createLineArea(NameArea, shortNoLineStart());
   createFrameButtons();
-  createLineArea(MessageArea, noLineStartLong());
+  createLineArea(MessageArea, longNoLineStart());
 }
 
 void createLineMaps() {
@@ -150,7 +151,7 @@ void createChoiceMap(const char* name, int32_t height, int32_t region) {
 }
 
 void createTitle(const AreaForm& form) {
-  if (QVPrintArea* area = create(form)) area->setNoLineStart(noLineStartLong().c_str());
+  if (QVPrintArea* area = create(form)) area->setNoLineStart(longNoLineStart().c_str());
 }
 
 void createSelections() {
@@ -260,6 +261,7 @@ void createHelpWindow() {
   client.setColours(colours.table(), 0, 0, Colours, Flush::No);
   client.fill(WhiteIndex, nullptr, Flush::No);
   QVPrintArea* area = create(HelpArea);
+  if (area) area->setNoLineStart(shortNoLineStart().c_str());
   theScenario->ConnectObjects("HelpAria", "HelpWindowClient");
   if (!area) return;
   static constexpr const char* Lines[] = {
