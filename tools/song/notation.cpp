@@ -205,7 +205,7 @@ class Line {
     uint32_t length = room;
     if (sounding > room + TicksPerQuarter / 8) ++score_.cut;
     // A player lets go early; only a longer silence is a rest.
-    if (sounding * 10 < room * 7) {
+    if (!voice_.part.drums && sounding * 10 < room * 7) {
       for (const LengthName& name : Lengths)
         if (name.ticks >= sounding && name.ticks < room) length = name.ticks;
       if (room - length == 20) length = room;

@@ -19,8 +19,14 @@ struct Section {
   std::string name;
   int line = 0;
   std::optional<int> tempo;
+  const Section* like = nullptr;  ///< plays what this one does not write itself
   std::map<std::string, std::unique_ptr<Phrase>> phrases;
   size_t bars = 0;
+
+  const Phrase* phraseOf(const std::string& part) const {
+    const auto found = phrases.find(part);
+    return found != phrases.end() ? found->second.get() : like ? like->phraseOf(part) : nullptr;
+  }
 };
 
 std::vector<std::string> wordsOf(std::string_view text) {
@@ -66,6 +72,7 @@ class Reader {
   }
   void readLine(std::string_view text, int line);
   void readSection(std::string_view text, int line);
+  void readSectionWords(Section& section, const std::vector<std::string>& words);
   void readHeader(const std::vector<std::string>& words, std::string_view text, int line);
   void readMetre(const std::string& text, int line);
   void readKey(const std::vector<std::string>& words, int line);
@@ -139,15 +146,26 @@ void Reader::readSection(std::string_view text, int line) {
   auto section = std::make_unique<Section>();
   section->name = name[0];
   section->line = line;
-  const std::vector<std::string> words = wordsOf(text.substr(close + 1));
-  if (!words.empty()) {
-    int tempo = 0;
-    if (words.size() != 2 || words[0] != "tempo")
-      complain(line, "After a section's name stands nothing, or \"tempo 80\".");
-    else if (number(words[1], SlowestTempo, FastestTempo, line, "A tempo", tempo))
-      section->tempo = tempo;
-  }
+  readSectionWords(*section, wordsOf(text.substr(close + 1)));
   sections_.push_back(std::move(section));
+}
+
+void Reader::readSectionWords(Section& section, const std::vector<std::string>& words) {
+  for (size_t at = 0; at < words.size(); at += 2) {
+    const bool last = at + 1 == words.size();
+    int tempo = 0;
+    if (!last && words[at] == "tempo") {
+      if (number(words[at + 1], SlowestTempo, FastestTempo, section.line, "A tempo", tempo))
+        section.tempo = tempo;
+    } else if (!last && words[at] == "like") {
+      for (const auto& other : sections_)
+        if (other->name == words[at + 1]) section.like = other.get();
+      if (!section.like) complain(section.line, "No section " + words[at + 1] + " stands above.");
+    } else {
+      return complain(section.line,
+                      "After a section's name stand \"tempo 80\" and \"like A\", or nothing.");
+    }
+  }
 }
 
 void Reader::readHeader(const std::vector<std::string>& words, std::string_view text, int line) {
@@ -308,6 +326,7 @@ void Reader::finish() {
   for (size_t index = 0; index < sections_.size(); ++index) {
     Section& section = *sections_[index];
     const int last = index + 1 < sections_.size() ? sections_[index + 1]->line - 1 : lastLine_;
+    if (section.like) section.bars = section.like->bars;
     for (auto& [name, phrase] : section.phrases) {
       phrase->finish(last);
       section.bars = std::max(section.bars, phrase->bars().size());
@@ -355,8 +374,8 @@ void Reader::play(const Section& section) {
     song().tempi.front().beatsPerMinute = tempo;
   else if (song().tempi.back().beatsPerMinute != tempo)
     song().tempi.push_back({start, tempo});
-  for (const auto& [name, phrase] : section.phrases)
-    playBars(*partNamed(name), *phrase, start);
+  for (Part& part : song().parts)
+    if (const Phrase* const phrase = section.phraseOf(part.name)) playBars(part, *phrase, start);
   song().length += static_cast<uint32_t>(section.bars) * song().barTicks();
 }
 
