@@ -54,7 +54,7 @@ function(qv_add_effects target)
     # -R: the same noise at each build.
     add_custom_command(OUTPUT ${output}
       COMMAND ${CMAKE_COMMAND} -E make_directory ${sound_GAME_FOLDER}/wave
-      COMMAND ${QV_SOX} -R -r 22050 -n -b 16 -c 1 ${output} ${recipe}
+      COMMAND ${QV_SOX} -R -r 22050 -c 1 -n -b 16 ${output} ${recipe}
       COMMENT "Effect ${number}" VERBATIM)
     list(APPEND outputs ${output})
   endforeach()
