@@ -45,7 +45,7 @@ struct LengthName {
 constexpr LengthName Lengths[] = {
     {2880, "1."}, {1920, "1"}, {1440, "2."}, {1280, "1t"}, {960, "2"}, {720, "4."},
     {640, "2t"},  {480, "4"},  {360, "8."},  {320, "4t"},  {240, "8"}, {180, "16."},
-    {160, "8t"},  {120, "16"}, {90, "32."},  {80, "16t"},  {60, "32"}, {40, "32t"}};
+    {160, "8t"},  {120, "16"}, {80, "16t"},  {60, "32"},   {40, "32t"}};
 
 class Speller {
  public:
@@ -125,6 +125,26 @@ void readMeta(Score& score, const SmfEvent& event, uint32_t tick) {
   }
 }
 
+void addToChord(std::vector<Note>& chord, const Note& note) {
+  const bool twice = std::any_of(chord.begin(), chord.end(),
+                                 [&](const Note& other) { return other.key == note.key; });
+  if (!twice && chord.size() < 8) chord.push_back(note);
+}
+
+/// Notes 20 ticks apart, a gap that no length fills, become a chord.
+void joinNearOnsets(Voice& voice) {
+  for (auto at = voice.onsets.begin(); at != voice.onsets.end();) {
+    const auto next = std::next(at);
+    if (next == voice.onsets.end() || next->first - at->first != 20) {
+      at = next;
+      continue;
+    }
+    for (const Note& note : next->second)
+      addToChord(at->second, note);
+    voice.onsets.erase(next);
+  }
+}
+
 /// One track of one channel's notes; tracks of several channels become several voices.
 void readTrack(Score& score, const SmfFile& file, const SmfTrack& track, size_t number) {
   std::array<Voice, Channels> voices;
@@ -156,13 +176,11 @@ void readTrack(Score& score, const SmfFile& file, const SmfTrack& track, size_t 
       Note note = sounding.front();
       sounding.erase(sounding.begin());
       note.length = std::max(tick - note.tick, 1u);
-      std::vector<Note>& chord = voice.onsets[onGrid(note.tick)];
-      const bool twice = std::any_of(chord.begin(), chord.end(),
-                                     [&](const Note& other) { return other.key == note.key; });
-      if (!twice && chord.size() < 8) chord.push_back(note);
+      addToChord(voice.onsets[onGrid(note.tick)], note);
     }
   }
   for (Voice& voice : voices) {
+    joinNearOnsets(voice);
     std::erase_if(voice.onsets, [](const auto& onset) { return onset.second.empty(); });
     if (voice.onsets.empty()) continue;
     voice.part.name = "part" + std::to_string(score.voices.size() + 1);
@@ -185,7 +203,6 @@ class Line {
          onset != voice_.onsets.end() && onset->first < to; ++onset) {
       const auto following = std::next(onset);
       const uint32_t next = std::min(following == voice_.onsets.end() ? to : following->first, to);
-      // The only gap that no length fills: the note waits for the next line of the grid.
       fill("r", onset->first);
       if (tick_ > onset->first || next <= tick_) continue;
       writeChord(onset->second, next);
@@ -208,7 +225,9 @@ class Line {
     if (!voice_.part.drums && sounding * 10 < room * 7) {
       for (const LengthName& name : Lengths)
         if (name.ticks >= sounding && name.ticks < room) length = name.ticks;
-      if (room - length == 20) length = room;
+      // No value fills a gap of 20, before the next note or at a bar line.
+      const uint32_t bar = score_.song.barTicks(), inBar = (tick_ + length) % bar;
+      if (room - length == 20 || inBar == 20 || bar - inBar == 20) length = room;
     }
     if (const int velocity = chord.front().velocity; velocity != velocity_) {
       velocity_ = velocity;
@@ -228,8 +247,7 @@ class Line {
       const uint32_t room = std::min(end, tick_ / bar * bar + bar) - tick_;
       const LengthName* fitting = nullptr;
       for (const LengthName& name : Lengths)
-        if (!fitting && name.ticks <= room && room - name.ticks != 20 && room - name.ticks != 10)
-          fitting = &name;
+        if (!fitting && name.ticks <= room && room - name.ticks != 20) fitting = &name;
       if (!fitting) {
         tick_ += room;
         return;
