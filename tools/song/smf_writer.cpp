@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <string_view>
-#include <tuple>
 
 namespace qv::song {
 
@@ -109,10 +108,9 @@ void putNotes(Track& track, const Part& part) {
     switches.push_back({note.tick, true, note.key, note.velocity});
     switches.push_back({note.tick + note.length, false, note.key, 64});
   }
-  // A key is let go before it is struck anew.
-  std::stable_sort(switches.begin(), switches.end(), [](const Switch& a, const Switch& b) {
-    return std::tie(a.tick, a.on) < std::tie(b.tick, b.on);
-  });
+  // Notes stand by their ticks, so that a stable order lets a key go before it is struck anew.
+  std::stable_sort(switches.begin(), switches.end(),
+                   [](const Switch& a, const Switch& b) { return a.tick < b.tick; });
   for (const Switch& one : switches)
     track.message(one.tick, {(one.on ? 0x90 : 0x80) | part.channel, one.key, one.velocity});
 }
