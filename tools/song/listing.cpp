@@ -90,7 +90,7 @@ std::string metaText(const SmfEvent& event) {
   if (event.type == 0x58 && data.size() >= 2 && data[1] < 8)
     return "metre " + std::to_string(data[0]) + "/" + std::to_string(1 << data[1]);
   if (event.type == 0x59 && data.size() == 2)
-    return "key signature " + std::to_string(static_cast<int8_t>(data[0])) +
+    return "key signature " + std::to_string(data[0] < 128 ? data[0] : data[0] - 256) +
            (data[1] != 0 ? " minor" : " major");
   return "meta" + hex({event.type}) + ":" + hex(data);
 }
@@ -133,12 +133,10 @@ std::string listSmf(const SmfFile& file) {
   for (size_t number = 0; number < file.tracks.size(); ++number) {
     text += "track " + std::to_string(number + 1) + "\n";
     for (const SmfEvent& event : file.tracks[number].events) {
-      const uint64_t beat = event.tick / metre.beatTicks;
+      const unsigned long long beat = event.tick / metre.beatTicks, ticks = event.tick;
       char place[48];
-      std::snprintf(place, sizeof(place), "  %4llu:%llu+%03llu  ",
-                    static_cast<unsigned long long>(beat / metre.beats + 1),
-                    static_cast<unsigned long long>(beat % metre.beats + 1),
-                    static_cast<unsigned long long>(event.tick % metre.beatTicks));
+      std::snprintf(place, sizeof(place), "  %4llu:%llu+%03llu  ", beat / metre.beats + 1,
+                    beat % metre.beats + 1, ticks % metre.beatTicks);
       text += place;
       if (event.status == 0xFF)
         text += metaText(event);

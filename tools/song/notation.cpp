@@ -118,7 +118,7 @@ void readMeta(Score& score, const SmfEvent& event, uint32_t tick) {
       song.beatUnit = 1 << data[1];
     }
   } else if (event.type == 0x59 && data.size() == 2) {
-    const int sharps = static_cast<int8_t>(data[0]);
+    const int sharps = data[0] < 128 ? data[0] : data[0] - 256;
     if (sharps < -7 || sharps > 7) return;
     song.sharps = sharps;
     song.minor = data[1] != 0;

@@ -203,7 +203,7 @@ std::set<std::vector<int>> strokesOf(const Song& song) {
 TEST(SongNotation, WhatWasWrittenReadsAsTheSameStrokes) {
   for (const std::string head : {"", "key Ab major\n", "key F# minor\nmetre 3/4\n"}) {
     const std::string text =
-        head + "part a flute\npart d drums\n[A] tempo 90\na | 4 c4 8t e f g 4 [a c e] |\n" +
+        head + "part a flute\npart d drums\n[A] tempo 90\na | 4 c4 8t e= f= g 4 [a= c e] |\n" +
         "d | 8 bd hh sd. hh bd [hh sd] |\n[B] tempo 110\na | 16 c d e f 4 r ~ |\na | 2. c5! |\n";
     const std::string metre = head.find("metre") == std::string::npos ? "metre 3/4\n" : "";
     const Song song = readWell(metre + text);
