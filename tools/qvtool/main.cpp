@@ -16,7 +16,7 @@ constexpr int Failed = 1, BadUsage = 2;
 
 int main(int count, char** arguments) {
   CLI::App program(
-      "Turns pictures into the game's formats and back, and looks into them.\n"
+      "Turns pictures and music into the game's formats and back, and looks into them.\n"
       "Exit status: 0 when all is well, 1 when a file is not, 2 for bad usage.",
       "qvtool");
   program.set_version_flag("--version", "qvtool " QV_VERSION);
@@ -26,6 +26,7 @@ int main(int count, char** arguments) {
   qv::tool::addBmpCommands(program);
   qv::tool::addPaletteCommands(program);
   qv::tool::addMapCommands(program);
+  qv::tool::addSongCommands(program);
   try {
     program.parse(count, arguments);
   } catch (const CLI::Success& help) {
