@@ -145,13 +145,15 @@ TEST(BuiltinFont, AnswersAnyCodeAndKnowsNoMoreThanAFont) {
 class Sheet {
  public:
   Sheet(int columns, int rows) : width_(columns * 18), height_(rows * 18) {
-    pixels_.assign(static_cast<size_t>(width_ * height_), 0xFFFFFF);
+    pixels_.assign(static_cast<size_t>(width_) * static_cast<size_t>(height_), 0xFFFFFF);
   }
   void place(int column, int row, const BuiltinGlyph& glyph) {
     for (int y = 0; y < 16; ++y)
       for (int x = 0; x < glyph.width; ++x)
-        if (glyph.rows[static_cast<size_t>(y)] & (0x8000 >> x))
-          pixels_[static_cast<size_t>((row * 18 + y + 1) * width_ + column * 18 + x + 1)] = 0;
+        if (glyph.rows[static_cast<size_t>(y)] & (0x8000 >> x)) {
+          const int pixel = (row * 18 + y + 1) * width_ + column * 18 + x + 1;
+          pixels_[static_cast<size_t>(pixel)] = 0;
+        }
   }
   Picture picture() const { return {width_, height_, pixels_}; }
 

@@ -30,6 +30,7 @@ using namespace qv::testing;
 using tool::encodeTrueType;
 using tool::readFontSource;
 
+const char* const Tool = QV_BIN_DIR "/qvtool";
 const char* const SignsFile = QV_SOURCE_DIR "/game/font/signs.txt";
 
 /// Those that never begin a line of a message, in the order of that list.
@@ -73,7 +74,8 @@ class ReadFont {
     for (int y = std::max(0, -top); y < static_cast<int>(bitmap.rows) && top + y < pixels; ++y)
       for (int x = std::max(0, -left); x < static_cast<int>(bitmap.width) && left + x < pixels; ++x)
         if (bitmap.buffer[y * bitmap.pitch + x / 8] & (0x80 >> x % 8))
-          rows[static_cast<size_t>(top + y)][static_cast<size_t>(left + x)] = '#';
+          rows.at(static_cast<size_t>(top) + static_cast<size_t>(y))
+              .at(static_cast<size_t>(left) + static_cast<size_t>(x)) = '#';
     return rows;
   }
 
@@ -169,7 +171,8 @@ TEST(StoryFont, LooksAsItsSheetShows) {
   const std::vector<uint16_t> codes = codesIn(font);
   const int rows = (static_cast<int>(codes.size()) + Columns - 1) / Columns;
   Picture sheet{Columns * Side, rows * Side, {}};
-  sheet.pixels.assign(static_cast<size_t>(sheet.width * sheet.height), 0xFFFFFF);
+  sheet.pixels.assign(static_cast<size_t>(sheet.width) * static_cast<size_t>(sheet.height),
+                      0xFFFFFF);
   for (size_t at = 0; at < codes.size(); ++at) {
     const Cell cell = font.cell(codes[at], Drawn);
     ASSERT_EQ(cell.size(), static_cast<size_t>(Drawn));
@@ -335,8 +338,7 @@ TEST(FontSource, StopsAtMorePointsThanASignCanHave) {
 TEST(QvToolFont, WritesTheFontThatTheGameCarries) {
   TemporaryFolder folder;
   const std::string target = (folder.path() / "signs.ttf").string();
-  const ProcessResult result =
-      runProcess({QV_BIN_DIR "/qvtool", "font", "encode", SignsFile, target});
+  const ProcessResult result = runProcess({Tool, "font", "encode", SignsFile, target});
   EXPECT_EQ(result.status, 0) << result.errors;
   const std::vector<uint8_t> expected = encodedSigns();
   EXPECT_EQ(readWhole(target), std::string(expected.begin(), expected.end()));
@@ -347,7 +349,7 @@ TEST(QvToolFont, WritesNothingWhereTheTextIsWrong) {
   const std::string source = (folder.path() / "a.txt").string();
   const std::string target = (folder.path() / "a.ttf").string();
   writeWhole(source, "glyph F040 a\ncircle 1,1 1\n");
-  const ProcessResult result = runProcess({QV_BIN_DIR "/qvtool", "font", "encode", source, target});
+  const ProcessResult result = runProcess({Tool, "font", "encode", source, target});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.errors, "qvtool: " + source + ":2: \"circle\" is no word of a font.\n");
   EXPECT_FALSE(std::filesystem::exists(target));
