@@ -27,6 +27,7 @@ int main(int count, char** arguments) {
   qv::tool::addPaletteCommands(program);
   qv::tool::addMapCommands(program);
   qv::tool::addSongCommands(program);
+  qv::tool::addFontCommands(program);
   try {
     program.parse(count, arguments);
   } catch (const CLI::Success& help) {
