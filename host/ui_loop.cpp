@@ -46,6 +46,7 @@ void UiLoop::run() {
     serveQueue();
     stepScript();
     paint();
+    refreshCursor();
     if (scenarioEnded_) break;
     serveDevices();
   }
@@ -84,7 +85,8 @@ void UiLoop::serve(MessageQueue::Received& received) {
       break;
     }
     case MessageRefreshCursor:
-      break;  // the host draws no cursor of the game's yet
+      lookDue_ = true;
+      break;
     case MessageSceneName:
       showSceneName();
       break;
@@ -177,6 +179,21 @@ void UiLoop::device(const DisplayEvent& event) {
   input_.handle(event);
 }
 
+/// The pointer looks like what lies under it, which may move as well as the pointer.
+void UiLoop::refreshCursor() {
+  int32_t x = 0, y = 0;
+  host_.pointer.place(x, y);
+  const bool moved = x != lookX_ || y != lookY_;
+  if (!std::exchange(lookDue_, false) && !moved) return;
+  lookX_ = x;
+  lookY_ = y;
+  // Over a box it is the system's.
+  const PointerLook look = boxes_.up() ? PointerLook{} : host_.windows.lookAt(x, y);
+  if (look == look_) return;
+  look_ = look;
+  display_.setCursor(look_);
+}
+
 void UiLoop::stepScript() {
   if (!script_ || failureSeen_) return;
   script_->step();
@@ -230,6 +247,7 @@ void UiLoop::paint() {
     return;
   }
   presentTick_ = tickCount();
+  lookDue_ = true;
   refreshFrame(std::exchange(dirty_, false));
   display_.present(frame_);
 }

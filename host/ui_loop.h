@@ -55,6 +55,7 @@ class UiLoop : private ScriptStage {
   void showSceneName();
   void stepScript();
   void paint();
+  void refreshCursor();
   void beginAbort();
   bool overdue() const;
   uint32_t waitMillis() const;
@@ -90,6 +91,9 @@ class UiLoop : private ScriptStage {
   bool dirty_ = true;          ///< the whole frame is to be presented
   bool presentWaits_ = false;  ///< for the display's rate
   uint32_t presentTick_ = 0;
+  PointerLook look_;      ///< what the display was given last
+  bool lookDue_ = false;  ///< another cursor, or another picture, may lie under the pointer
+  int32_t lookX_ = 0, lookY_ = 0;
   bool scenarioEnded_ = false;
   bool failureSeen_ = false;
   bool aborting_ = false;

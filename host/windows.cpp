@@ -96,6 +96,7 @@ HostWindowObject::HostWindowObject(const HostWindowKind& kind, Compositor& compo
       compositor_(compositor),
       pointer_(pointer),
       mainWindow_(mainWindow),
+      cursorLock_("cursor slot", LockRank::Leaf),
       mapsLock_("click maps", LockRank::ClickMaps) {
   window = this;
   if (kind.pixels == Pixels::Bits8) surface8_ = std::make_unique<QVVSurface>();
@@ -158,6 +159,8 @@ void HostWindowObject::close() {
   if (surface32_) surface32_->create(ShellPixels, ShellPixels);
   parent = nullptr;
   client_ = nullptr;
+  const std::lock_guard guard(cursorLock_);
+  cursor_.reset();
 }
 
 void HostWindowObject::paint(std::span<uint32_t> pixels, int32_t width, int32_t height,
@@ -297,6 +300,17 @@ std::optional<int32_t> HostWindowObject::regionFor(const ClickTarget& waiting, i
   return std::nullopt;
 }
 
+void HostWindowObject::setCursor(const PointerLook& look) {
+  if (!compositor_.present(screen_)) return;
+  const std::lock_guard guard(cursorLock_);
+  cursor_ = look;
+}
+
+std::optional<PointerLook> HostWindowObject::cursor() const {
+  const std::lock_guard guard(cursorLock_);
+  return cursor_;
+}
+
 // --- The list ---
 
 WindowList::~WindowList() {
@@ -340,6 +354,18 @@ std::optional<int32_t> WindowList::regionFor(const ClickTarget& waiting, int32_t
       if (&window->screen_ == hit.window) view = window.get();
   }
   return view ? view->regionFor(waiting, hit.x, hit.y) : std::nullopt;
+}
+
+PointerLook WindowList::lookAt(int32_t x, int32_t y) const {
+  const Compositor::WindowHit hit = compositor_.windowAt(x, y);
+  const std::lock_guard guard(lock_);
+  const auto found = std::ranges::find_if(
+      windows_, [&hit](const auto& window) { return &window->screen_ == hit.window; });
+  if (found == windows_.end() || !(*found)->clientRectangle().contains(hit.x, hit.y)) return {};
+  for (const WindowObject* window = found->get(); window; window = window->parent)
+    if (std::optional<PointerLook> look = static_cast<const HostWindowObject*>(window)->cursor())
+      return *std::move(look);
+  return {};
 }
 
 /// The object of that name and kind from the shells, or a new one.
