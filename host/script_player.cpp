@@ -194,7 +194,7 @@ ScriptPlayer::Outcome ScriptPlayer::sleep(const ScriptLine& line) {
 }
 
 void ScriptPlayer::deliverNow(const ScriptLine& line) {
-  if (pointsAtPlace(line)) stage_.handle(moveTo(line));
+  if (pointsAtPlace(line) && line.verb != Verb::Press) stage_.handle(moveTo(line));
   DisplayEvent event = eventOf(line);
   stage_.handle(event);
   if (line.verb != Verb::Click && line.verb != Verb::Right) return;
