@@ -11,6 +11,7 @@
 
 namespace qv {
 
+class ClickTarget;
 class QVVSurface;
 class QVVSurface24;
 
@@ -19,6 +20,7 @@ class View {
   virtual ~View() = default;
 
   virtual int typeCode() const = 0;
+  virtual bool alive() const { return true; }  ///< its window is not gone
   virtual void resize(int32_t width, int32_t height, int32_t repaint) = 0;
   void flushArea(int32_t x, int32_t y, int32_t w, int32_t h, int32_t erase) {
     const Rectangle area = Rectangle::at(x, y, w, h).normalised();
@@ -46,6 +48,13 @@ class View {
   /// Lowers it; at 0 with `redraw` the whole view is painted in one step.
   virtual void release(bool redraw) = 0;
 
+  /// Puts a click map on the view, over those that are there: the pointer over the view is the
+  /// map's from now on. The view only borrows it. Scenario thread, without a lock that painting
+  /// takes.
+  virtual void addClickMap(ClickTarget& /*map*/) {}
+  /// Takes it off; false when it was not on it (any more: a window that goes loses its maps). No
+  /// thread repaints it when this returns.
+  virtual bool removeClickMap(ClickTarget& /*map*/) { return false; }
   /// Lets click maps on the view draw what they show over new pixels; nothing where it has none.
   virtual void repaintClickMaps() {}
 

@@ -49,11 +49,13 @@ class UiLoop : private ScriptStage {
  private:
   void serveQueue();
   void serve(MessageQueue::Received& received);
+  void serveOwnInput(const Message& message);
   void serveDevices();
   void device(const DisplayEvent& event);
   void showSceneName();
   void stepScript();
   void paint();
+  void refreshCursor();
   void beginAbort();
   bool overdue() const;
   uint32_t waitMillis() const;
@@ -65,8 +67,10 @@ class UiLoop : private ScriptStage {
   uint32_t waitOrdinal() override;
   bool gameEnded() override { return scenarioEnded_; }
   bool offer(const DisplayEvent& event) override { return input_.offer(event); }
+  bool offerClick(const DisplayEvent& press) override { return input_.offerClick(press); }
   void handle(const DisplayEvent& event) override { device(event); }
   void movePointer(int x, int y) override { display_.movePointer(x, y); }
+  void pointerPlace(int& x, int& y) override { host_.pointer.place(x, y); }
   bool boxIsUp() override { return boxes_.up(); }
   bool boxHoldsScene() override { return boxes_.holds(scenarioThreadId_); }
   std::string boxText() override { return boxes_.describe(); }
@@ -87,6 +91,9 @@ class UiLoop : private ScriptStage {
   bool dirty_ = true;          ///< the whole frame is to be presented
   bool presentWaits_ = false;  ///< for the display's rate
   uint32_t presentTick_ = 0;
+  PointerLook look_;      ///< what the display was given last
+  bool lookDue_ = false;  ///< another cursor, or another picture, may lie under the pointer
+  int32_t lookX_ = 0, lookY_ = 0;
   bool scenarioEnded_ = false;
   bool failureSeen_ = false;
   bool aborting_ = false;

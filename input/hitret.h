@@ -17,9 +17,9 @@ class QVHitret {
 
   QVHitret();
   virtual ~QVHitret() = default;
-  virtual void setOwner(InputHost* owner) { owner_ = owner; }
-  virtual void setView(View* view) { view_ = view; }
-  virtual void setWait(Wait wait) { wait_ = wait; }
+  virtual void setOwner(InputHost* host) { owner_ = host; }
+  virtual void setView(View* target) { view_ = target; }
+  virtual void setWait(Wait function) { wait_ = function; }
 
   int32_t run(int32_t time);
   /// Takes the rectangle, and the view when its window lives; then runs.

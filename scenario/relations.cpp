@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "scenario/animation_objects.h"
+#include "scenario/click_map_objects.h"
+#include "scenario/control_objects.h"
 #include "scenario/object_kinds.h"
 #include "scenario/scenario.h"
 #include "scenario/window_object.h"
@@ -15,9 +17,9 @@ using enum RelationRule;
 
 // The first row that fits counts.
 constexpr Relation Relations[] = {
-    {TypeView, TypeCursor},
+    {TypeView, TypeCursor, Direct, connectViewToCursor},
     {TypeView, TypePrintArea},
-    {TypeView, TypeClickMap},
+    {TypeView, TypeClickMap, Direct, connectViewToMap, disconnectViewFromMap},
     {TypeView, TypeAnimationArea, Direct, connectViewToArea, disconnectViewFromArea},
     {AnyFrame, AnyKind, AsClient},
     {TypeSurface, TypePrintArea, Swapped},
@@ -28,7 +30,7 @@ constexpr Relation Relations[] = {
     {TypePrintArea, TypeHitret},
     {TypeHitret, AnyWindow, Swapped},
     {TypeClickMap, ViewOrFrame, Swapped},
-    {TypeClickMap, TypeClickMap},
+    {TypeClickMap, TypeClickMap, Direct, connectMapToMap, disconnectMapFromMap},
     {TypeAnimationArea, ViewOrFrame, Swapped},
     {TypeAnimationArea, TypeAnimationSurface, Direct, connectAreaToSurface},
     {TypeAnimationArea, TypeAnimationSequence, Direct, connectAreaToSequence},

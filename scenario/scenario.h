@@ -21,6 +21,7 @@
 
 namespace qv {
 
+class QVClickMap;
 class QVFile;
 
 /// Names of the sound players where a time could stand.
@@ -56,6 +57,37 @@ class QVScenario {
   /// The same for code 46, but a click map of that name is replaced, and a name of another kind
   /// is reported in a box.
   void CreateClickMap(const char* name, const ObjectArguments& arguments = {});
+
+  // Click maps (clicks.cpp). A name that is none does nothing, except of the waits.
+
+  /// A map of one region; `hoverEnabled`: moves of the pointer are reported.
+  void CreateClickMap(const char* name, int32_t width, int32_t height, int32_t fill,
+                      int32_t hoverEnabled);
+  /// The same in the size of a view's client; it still is to be connected to the view.
+  void CreateClickMapOver(const char* name, const char* view, int32_t region, int32_t hoverEnabled);
+  /// From a bitmap, a map file, or a picture of the game whose indices are the regions.
+  void LoadClickMap(const char* name, const char* file, int32_t hoverEnabled);
+  void AddClickRect(const char* name, int32_t x, int32_t y, int32_t width, int32_t height,
+                    int32_t region);
+  void StampClickMap(const char* name, const char* other, int32_t x, int32_t y, ColourKey key);
+  /// The interval of ClickTickWait, which begins now.
+  void SetClickTick(const char* name, uint32_t millis);
+  /// Lets the next wait tell what lies under the pointer.
+  void RequestHover(const char* name, int32_t nudge);
+  /// -2 on time-out, -1 the right button, else a region, 2048 + key, 4096 + region entered. Tenths
+  /// of a second; 0 and -1 are for ever. A name that is no map, and a map without a view, are told
+  /// in a box and give -1. Raises on abort.
+  int32_t ClickWait(const char* name, int32_t tenths, int32_t keys);
+  /// The same until `millis`, or the map's tick for 0, have passed since its last return.
+  int32_t ClickTickWait(const char* name, uint32_t millis, int32_t keys);
+
+  // Cursors (controls.cpp). The file or number is as QVCursor takes it.
+
+  void CreateCursor(const char* name, ObjectArgument fileOrNumber);
+  /// What the pointer looks like over a view, or over a frame's client; nothing for a name that is
+  /// no window.
+  void SetCursor(const char* window, ObjectArgument nameOrNumber);
+
   void DestroyObject(const char* name);
   /// One after the other; a null among the names ends the list.
   void DestroyObjects(std::initializer_list<const char*> names);
@@ -80,8 +112,9 @@ class QVScenario {
   /// Fades the whole view to a grey and fills it with the index of that number; with `keep` its
   /// colours come back, unseen until it is next flushed.
   void FadeView(const char* name, int32_t steps, int32_t grey, int32_t keep);
-  /// x may be a position code, of frames alone: in the middle of what the window lies in or of the
-  /// screen, or at the pointer and kept on the screen. The size always stays.
+  /// A click map gets its origin so. x may be a position code, of frames alone: in the middle of
+  /// what the window lies in or of the screen, or at the pointer and kept on the screen. The size
+  /// always stays.
   void MoveWindow(const char* name, int32_t x, int32_t y, int32_t keepSize = 1);
   /// Stretches a surface over an 8-bit view from one rectangle to another (zoom_view.cpp), each
   /// frame on what `clear` says: -1 nothing, below 256 an index, else the name of a surface or of a
@@ -115,6 +148,10 @@ class QVScenario {
   /// when the film has ended, or at the abort. An area is started.
   void PlayDrawAnimation(const char* name, const char* viewName, int32_t wait, int32_t firstFrame,
                          intptr_t word);
+  /// What an area does when it has run to its end: posts `code` to a click map, or without a map's
+  /// name presses Space. Not `wanted`: nothing, as at first.
+  void SetAutoAdvance(const char* areaName, int32_t wanted, const char* mapName = nullptr,
+                      int32_t code = 0);
 
   /// Registers, scene name and song to an open file, then the system file is rewritten.
   void SaveState(QVFile& file);
@@ -128,7 +165,8 @@ class QVScenario {
   /// Nothing is ever put on the second list; the run's end empties it.
   void EmptySecondList();
 
-  /// Without a hitret name the host's input wait, `time` in tenths of a second.
+  /// Without a hitret name the host's input wait, `time` in tenths of a second. With one the
+  /// hitret's own wait, whose keys are numbered as the window system does; 0 for a name of none.
   int32_t WaitInput(const char* hitretName, int32_t time);
   /// Tenths of a second, or the name of a player whose end is waited for. Raises on abort.
   void WaitSound(int32_t tenths);
@@ -155,6 +193,7 @@ class QVScenario {
   void readDefaultFont();
   void readSystemFile();
   void writeSystemFile();
+  QVClickMap* mapToWaitOn(const char* name);
 
   // The order is part of the design: members go in the reverse of it.
   ScenarioHost* host_ = nullptr;

@@ -1,5 +1,6 @@
 #include "graphics/view.h"
 #include "scenario/animation_objects.h"
+#include "scenario/click_map_objects.h"
 #include "scenario/messages.h"
 #include "scenario/scenario.h"
 
@@ -64,6 +65,15 @@ void QVScenario::PlayDrawAnimation(const char* name, const char* viewName, int32
   // A long film must not keep a run that is over.
   waitAny({&host_->abortEvent.handle(), &film->ended().handle()});
   if (host_->abortEvent.handle().isSet()) film->stop();
+}
+
+void QVScenario::SetAutoAdvance(const char* areaName, int32_t wanted, const char* mapName,
+                                int32_t code) {
+  QVAnimationArea* const area = findArea(*this, areaName);
+  if (!area) return;
+  AutoAdvance advance{.wanted = wanted != 0, .inputCode = code, .viewParent = host_};
+  if (mapName) advance.clickMap = findClickMap(*this, mapName);
+  if (!mapName || advance.clickMap) area->setAutoAdvance(advance);
 }
 
 }  // namespace qv

@@ -68,6 +68,12 @@ int32_t ScenarioHost::WaitForInput(int32_t time, int32_t, int32_t unitIsMillis) 
 }
 
 QVEvent& ScenarioHost::BeginInput() {
+  openInputWait();
+  InputWaitBegan();
+  return inputEvent;
+}
+
+void ScenarioHost::openInputWait() {
   WaitForPause(InputPauseMillis);
   // Nobody else may be waiting. After the abort no turn is waited for: the caller's own wait sees
   // the abort.
@@ -75,8 +81,6 @@ QVEvent& ScenarioHost::BeginInput() {
   inputEvent.reset();
   inputPending.store(0);
   waitingFlag.store(1);
-  InputWaitBegan();
-  return inputEvent;
 }
 
 int32_t ScenarioHost::EndInput() {
@@ -84,6 +88,38 @@ int32_t ScenarioHost::EndInput() {
   inputEvent.set();
   InputWaitEnded();
   return inputValue.load();
+}
+
+int32_t keyOfInput(int32_t value) {
+  constexpr int32_t FirstKey = 2048;
+  if (value >= FirstKey) return value - FirstKey;
+  return value < 0 ? KeyRightButton : KeyLeftButton;
+}
+
+int32_t ScenarioHost::disarmKeys() {
+  const bool taken = closeInputWait();
+  inputEvent.set();
+  InputWaitEnded();
+  return taken ? keyOfInput(inputValue.load()) : 0;
+}
+
+Event* ScenarioHost::beginMapWait(ClickTarget& map, bool keys) {
+  if (keys) openInputWait();
+  MapWaitBegan(map, keys);
+  return keys ? &inputEvent.handle() : nullptr;
+}
+
+int32_t ScenarioHost::endMapWait(bool keys) {
+  MapWaitEnded();
+  if (!keys) return 0;
+  const bool taken = closeInputWait();
+  inputEvent.set();
+  return taken ? keyOfInput(inputValue.load()) : 0;
+}
+
+int32_t ScenarioHost::hostWait(int32_t time, int32_t keys, int32_t inMilliseconds) {
+  const int32_t value = WaitForInput(time, keys, inMilliseconds);
+  return value == WaitInputTimeout ? value : keyOfInput(value);
 }
 
 /// Takes the waiting flag back. Where input has taken it already (true), its event is waited for:

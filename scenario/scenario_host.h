@@ -15,6 +15,8 @@
 #include "foundation/event.h"
 #include "foundation/string.h"
 #include "foundation/thread.h"
+#include "graphics/animation/advance_receiver.h"
+#include "input/input_host.h"
 #include "scenario/window_object.h"
 
 namespace qv {
@@ -24,6 +26,11 @@ struct SceneFunction;
 
 inline constexpr int32_t WaitInputTimeout = 258, WaitInputFailed = -1;
 inline constexpr int32_t InputForever = -1;
+
+/// The pointer's buttons among the keys.
+inline constexpr int32_t KeyLeftButton = 1, KeyRightButton = 2;
+/// The key that an input value stands for: a press is 0, a right press -1, a key 2048 and above.
+int32_t keyOfInput(int32_t value);
 
 /// A time in units of `unitMillis` as a limit of a wait: negative is for ever, and what does not
 /// fit is the longest limit there is.
@@ -48,10 +55,10 @@ struct CreateWindowRequest {
   static CreateWindowRequest& ofMessage(uintptr_t first);
 };
 
-class ScenarioHost {
+class ScenarioHost : public InputHost, public AdvanceReceiver {
  public:
   ScenarioHost();
-  virtual ~ScenarioHost() = default;
+  ~ScenarioHost() override = default;
   ScenarioHost(const ScenarioHost&) = delete;
   ScenarioHost& operator=(const ScenarioHost&) = delete;
 
@@ -92,6 +99,23 @@ class ScenarioHost {
   /// abort event too, before the input event, and raises after EndInput.
   QVEvent& BeginInput();
   int32_t EndInput();  ///< closes it; gives the input value
+
+  // The same waits as click maps and controls know them: keys as the window system numbers them,
+  // the pointer's buttons as 1 and 2.
+  Event& exitEvent() override { return abortEvent.handle(); }
+  Event& armKeys() override { return BeginInput().handle(); }
+  int32_t disarmKeys() override;
+  Event* beginMapWait(ClickTarget& map, bool keys) override;
+  int32_t endMapWait(bool keys) override;
+  int32_t hostWait(int32_t time, int32_t keys, int32_t inMilliseconds) override;
+  // A host without a screen has no pointer.
+  void setPointer(int32_t /*x*/, int32_t /*y*/) override {}
+  void movePointerBy(int32_t /*dx*/, int32_t /*dy*/) override {}
+  void pressPointer() override {}
+  void pressKey(int32_t /*key*/) override {}
+  /// An animation that moves its view's parent on: as a key that was pressed.
+  void advance(int32_t code) override { pressKey(code); }
+
   void NotifyScene();  ///< sends the scene name notice, where somebody takes it
 
   /// Blocks until the UI thread has made the window; stands still while the game is minimised, and
@@ -110,10 +134,14 @@ class ScenarioHost {
   /// host can tell a play script. Scenario thread.
   virtual void InputWaitBegan() {}
   virtual void InputWaitEnded() {}
+  /// The same for the wait of a click map; `keys` tells whether the input event is armed with it.
+  virtual void MapWaitBegan(ClickTarget& /*map*/, bool /*keys*/) {}
+  virtual void MapWaitEnded() {}
 
  private:
   void takeRequestEvent();
   void postRequest(uint32_t message, uintptr_t first, uintptr_t second);
+  void openInputWait();
   bool closeInputWait();
 };
 

@@ -9,6 +9,7 @@
 #include "graphics/transition/transition_engine.h"
 #include "graphics/view.h"
 #include "platform/display/display.h"
+#include "scenario/click_map_objects.h"
 #include "scenario/handles.h"
 #include "scenario/scenario.h"
 
@@ -155,6 +156,8 @@ void QVScenario::FadeView(const char* name, int32_t steps, int32_t grey, int32_t
 }
 
 void QVScenario::MoveWindow(const char* name, int32_t x, int32_t y, int32_t) {
+  if (QVClickMap* map = findClickMap(*this, name))
+    if (!isPositionCode(x)) return map->setOrigin(x, y);
   WindowObject* const window = FindWindow(name);
   if (!window) return;
   if (!isPositionCode(x)) {

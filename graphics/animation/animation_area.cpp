@@ -145,12 +145,14 @@ void QVAnimationArea::relateSequence(AnimationSequence* sequence) {
   waitUntilUnused();
 }
 
-void QVAnimationArea::forget(const void* surfaceOrSequence) {
+void QVAnimationArea::forget(const void* member) {
   {
     const std::lock_guard guard(lock_);
     std::erase_if(relations_, [&](const AnimationRelation& relation) {
-      return relation.surface == surfaceOrSequence || relation.sequence == surfaceOrSequence;
+      return relation.surface == member || relation.sequence == member;
     });
+    // The receiver is a part of the map that goes.
+    if (advance_.clickMap && dynamic_cast<const void*>(advance_.clickMap) == member) advance_ = {};
   }
   waitUntilUnused();
 }

@@ -63,8 +63,9 @@ class QVAnimationArea {
   virtual bool addChild(QVAnimationArea& child);
   void removeChild(QVAnimationArea& child);
   void setAutoAdvance(const AutoAdvance& advance);
-  /// Cells or a sequence that will be gone: relations with them end.
-  void forget(const void* surfaceOrSequence);
+  /// Cells, a sequence or a click map (as what it was made) that will be gone: relations with them
+  /// end, and nothing is posted to the map any more.
+  void forget(const void* member);
 
   /// Copies the target's pixels under the area, to which a restore goes back. Nothing without a
   /// target or an extent. Throws NotEnoughMemoryException.

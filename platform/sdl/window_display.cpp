@@ -30,6 +30,7 @@ class WindowDisplay : public Display {
   bool waitEvent(DisplayEvent& event, uint32_t limitMillis) override;
   void wake() override;
   void movePointer(int x, int y) override;
+  void setCursor(const PointerLook& look) override;
 
  private:
   void show();
@@ -37,6 +38,8 @@ class WindowDisplay : public Display {
   void handle(const SDL_Event& event);
   void handleWindow(const SDL_WindowEvent& event);
   void handleFinger(const SDL_TouchFingerEvent& finger);
+  void startPads();
+  bool handlePad(const SDL_Event& event);
   void emit(DisplayEvent::Kind kind);
 
   Scaling scaling_;
@@ -44,12 +47,15 @@ class WindowDisplay : public Display {
   SDL_Window* window_ = nullptr;
   SDL_Renderer* renderer_ = nullptr;
   SDL_Texture* texture_ = nullptr;
+  SDL_Cursor* cursor_ = nullptr;
   WindowGeometry geometry_;
   std::deque<DisplayEvent> ready_;  ///< translated and not yet taken
   uint32_t wakeEvent_ = 0;
   std::atomic<bool> wakePending_ = false;  ///< a wake stands in SDL's queue: one is enough
   bool fullScreen_ = false, minimised_ = false, shownOnce_ = false;
   bool fingerDown_ = false;
+  bool padsTried_ = false, padsStarted_ = false;
+  PadKeys padKeys_;
   SDL_FingerID finger_ = 0;  ///< the first finger is the pointer, the others mean nothing
 };
 
@@ -120,6 +126,8 @@ bool WindowDisplay::open(const WindowOptions& options, std::string& whyNot) {
 }
 
 WindowDisplay::~WindowDisplay() {
+  if (cursor_) SDL_FreeCursor(cursor_);
+  if (padsStarted_) SDL_QuitSubSystem(SDL_INIT_GAMECONTROLLER);
   if (texture_) SDL_DestroyTexture(texture_);
   if (renderer_) SDL_DestroyRenderer(renderer_);
   if (window_) SDL_DestroyWindow(window_);
@@ -225,7 +233,26 @@ void WindowDisplay::handleFinger(const SDL_TouchFingerEvent& finger) {
   ready_.push_back(event);
 }
 
+/// Looks for pads once something is shown: the search would only keep the first picture back.
+void WindowDisplay::startPads() {
+  padsTried_ = true;
+  padsStarted_ = SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER) == 0;
+}
+
+bool WindowDisplay::handlePad(const SDL_Event& event) {
+  if (event.type < SDL_CONTROLLERAXISMOTION || event.type > SDL_CONTROLLERSENSORUPDATE)
+    return false;
+  // SDL closes what is still open at its own end.
+  if (event.type == SDL_CONTROLLERDEVICEADDED) SDL_GameControllerOpen(event.cdevice.which);
+  if (event.type == SDL_CONTROLLERDEVICEREMOVED)
+    SDL_GameControllerClose(SDL_GameControllerFromInstanceID(event.cdevice.which));
+  for (DisplayEvent& key : padKeys_.translate(event))
+    ready_.push_back(std::move(key));
+  return true;
+}
+
 void WindowDisplay::handle(const SDL_Event& event) {
+  if (handlePad(event)) return;
   switch (event.type) {
     case SDL_WINDOWEVENT:
       handleWindow(event.window);
@@ -250,6 +277,7 @@ void WindowDisplay::handle(const SDL_Event& event) {
 }
 
 bool WindowDisplay::waitEvent(DisplayEvent& event, uint32_t limitMillis) {
+  if (shownOnce_ && !padsTried_) startPads();
   const uint32_t start = tickCount();
   while (ready_.empty()) {
     int remaining = -1;
@@ -284,6 +312,15 @@ void WindowDisplay::movePointer(int x, int y) {
   if ((SDL_GetWindowFlags(window_) & SDL_WINDOW_INPUT_FOCUS) == 0) return;
   const ScreenPoint at = geometry_.toWindow(x, y);
   SDL_WarpMouseInWindow(window_, at.x, at.y);
+}
+
+void WindowDisplay::setCursor(const PointerLook& look) {
+  SDL_Cursor* const made = makeCursor(look);
+  if (!made) return;
+  SDL_SetCursor(made);
+  // The old one was in use up to here.
+  if (cursor_) SDL_FreeCursor(cursor_);
+  cursor_ = made;
 }
 
 }  // namespace

@@ -85,6 +85,7 @@ struct Topic {
 
 std::span<const Kind> bitmapKinds();
 std::span<const Kind> blendLevelKinds();
+std::span<const Kind> clickMapKinds();
 std::span<const Kind> effectKinds();
 std::span<const Kind> kernelKinds();
 std::span<const Kind> mcgKinds();

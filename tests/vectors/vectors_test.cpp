@@ -55,7 +55,7 @@ const std::vector<Topic>& topics() {
         "gallery_buttons", "gallery_cells", "gallery_pages", "gallery_percent", "list_cell",
         "palette_grid", "palette_keys", "pendant", "row_places", "row_text"}},
       {"strings", stringKinds(), {}},
-      {"clickmap", {}, {"input", "map_file", "map_signature", "tick_wait", "wait", "wait_units"}},
+      {"clickmap", clickMapKinds(), {}},
   };
   return all;
 }

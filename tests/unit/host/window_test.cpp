@@ -471,5 +471,34 @@ TEST(NoWindow, TakesADriverThatShowsNothingWhenAskedTo) {
   unsetenv("SDL_VIDEODRIVER");
 }
 
+TEST_F(WindowTest, APadThatIsPluggedInPressesKeys) {
+  SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
+  open();
+  display_->present(testFrame());
+  settle();
+  const int device = SDL_JoystickAttachVirtual(
+      SDL_JOYSTICK_TYPE_GAMECONTROLLER, SDL_CONTROLLER_AXIS_MAX, SDL_CONTROLLER_BUTTON_MAX, 0);
+  ASSERT_GE(device, 0) << SDL_GetError();
+  const SDL_JoystickID id = SDL_JoystickGetDeviceInstanceID(device);
+  for (int tries = 0; !SDL_JoystickFromInstanceID(id) && tries < 100; ++tries)
+    settle(20);
+  SDL_Joystick* const pad = SDL_JoystickFromInstanceID(id);
+  ASSERT_TRUE(pad) << "the window has not taken it";
+  const auto keyAfter = [&](SDL_GameControllerButton button) {
+    SDL_JoystickSetVirtualButton(pad, button, 1);
+    const int key = eventsUntil(DisplayEvent::Kind::KeyDown).back().key;
+    SDL_JoystickSetVirtualButton(pad, button, 0);
+    EXPECT_EQ(eventsUntil(DisplayEvent::Kind::KeyUp).back().key, key);
+    return key;
+  };
+  EXPECT_EQ(keyAfter(SDL_CONTROLLER_BUTTON_A), KeyReturn);
+  EXPECT_EQ(keyAfter(SDL_CONTROLLER_BUTTON_B), KeyEscape);
+  EXPECT_EQ(keyAfter(SDL_CONTROLLER_BUTTON_DPAD_LEFT), KeyLeft);
+  SDL_JoystickSetVirtualAxis(pad, SDL_CONTROLLER_AXIS_LEFTY, 30'000);
+  EXPECT_EQ(eventsUntil(DisplayEvent::Kind::KeyDown).back().key, KeyDown);
+  SDL_JoystickDetachVirtual(device);
+  EXPECT_EQ(eventsUntil(DisplayEvent::Kind::KeyUp).back().key, KeyDown);
+}
+
 }  // namespace
 }  // namespace qv
