@@ -49,6 +49,7 @@ void Compositor::add(ScreenWindow& window, ScreenWindow* parent, Placement place
   window.present_ = true;
   window.visible_ = false;
   window.framed_ = placement.framed;
+  window.loose_ = placement.loose;
   window.parent_ = parent;
   window.outer_ = placement.outer;
   window.client_ = placement.client;

@@ -44,6 +44,7 @@ class ScreenWindow {
   bool present_ = false;
   bool visible_ = false;
   bool framed_ = false;  ///< with a border and a caption, by which it is dragged
+  bool loose_ = false;   ///< without either: dragged by what it shows
   ScreenWindow* parent_ = nullptr;
   std::vector<ScreenWindow*> children_;  ///< the newest last, which is on top
   Rectangle outer_;                      ///< in the parent's client
@@ -70,6 +71,7 @@ class Compositor {
     Rectangle client;  ///< in the window
     bool visible = true;
     bool framed = false;
+    bool loose = false;  ///< dragged by what it shows
     PaintSource* source = nullptr;
     /// What the window shows outside its client; empty where that is nothing.
     std::vector<uint32_t> decoration = {};
@@ -110,13 +112,20 @@ class Compositor {
   bool changed() const;
   /// Copies what has changed, or the whole frame.
   void take(Frame& frame, bool whole);
-  /// What stands round a frame's client.
+  /// What stands round a frame's client, or the picture of one without a border.
   struct FrameHit {
-    ScreenWindow* window = nullptr;  ///< null: no frame's border or caption is there
+    ScreenWindow* window = nullptr;  ///< null: none of them is there
     Rectangle outer;                 ///< its place on the screen
     bool caption = false;
+    bool picture = false;
   };
   FrameHit frameAt(int32_t x, int32_t y) const;
+  struct WindowHit {
+    const ScreenWindow* window = nullptr;  ///< null: the ground
+    int32_t x = 0, y = 0;                  ///< the place in its client
+  };
+  /// The window that shows the pixel, by stacking order and shapes.
+  WindowHit windowAt(int32_t x, int32_t y) const;
   /// Puts its corner there on the screen, as far as it stays inside; false when it cannot be
   /// dragged any more.
   bool drag(ScreenWindow& window, int32_t x, int32_t y);

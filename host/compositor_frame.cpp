@@ -150,13 +150,31 @@ ScreenWindow* Compositor::hit(const std::vector<ScreenWindow*>& windows, int32_t
 Compositor::FrameHit Compositor::frameAt(int32_t x, int32_t y) const {
   const std::lock_guard guard(lock_);
   ScreenWindow* window = hit(windows_, 0, 0, ScreenRectangle, x, y);
-  if (!window || !window->framed_) return {};
+  const auto found = [this](ScreenWindow& frame, bool caption, bool picture) {
+    int32_t left = 0, top = 0;
+    originOf(frame, left, top);
+    return FrameHit{&frame, Rectangle::at(left, top, frame.outer_.width(), frame.outer_.height()),
+                    caption, picture};
+  };
+  if (window && window->framed_) {
+    int32_t left = 0, top = 0;
+    originOf(*window, left, top);
+    const Rectangle client = window->client_.moved(left, top);
+    if (!client.contains(x, y)) return found(*window, y < client.top, false);
+  }
+  // The nearest frame counts: one with a border keeps what lies in it from moving.
+  for (; window && !window->framed_; window = window->parent_)
+    if (window->loose_) return found(*window, false, true);
+  return {};
+}
+
+Compositor::WindowHit Compositor::windowAt(int32_t x, int32_t y) const {
+  const std::lock_guard guard(lock_);
+  const ScreenWindow* window = hit(windows_, 0, 0, ScreenRectangle, x, y);
+  if (!window) return {};
   int32_t left = 0, top = 0;
   originOf(*window, left, top);
-  const Rectangle client = window->client_.moved(left, top);
-  if (client.contains(x, y)) return {};
-  return {window, Rectangle::at(left, top, window->outer_.width(), window->outer_.height()),
-          y < client.top};
+  return {window, x - left - window->client_.left, y - top - window->client_.top};
 }
 
 }  // namespace qv

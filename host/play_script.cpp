@@ -212,6 +212,8 @@ constexpr std::array VerbForms{
     VerbForm{"ready", Verb::Ready, VerbForm::Now::Never, parseNothing},
     VerbForm{"move", Verb::Move, VerbForm::Now::May, parsePosition},
     VerbForm{"click", Verb::Click, VerbForm::Now::May, parsePosition},
+    VerbForm{"press", Verb::Press, VerbForm::Now::May, parsePosition},
+    VerbForm{"release", Verb::Release, VerbForm::Now::May, parsePosition},
     VerbForm{"right", Verb::Right, VerbForm::Now::May, parseRight},
     VerbForm{"wheel", Verb::Wheel, VerbForm::Now::May, parseWheel},
     VerbForm{"key", Verb::Key, VerbForm::Now::May, parseKey},

@@ -18,6 +18,8 @@ struct ScriptLine {
     Ready,
     Move,
     Click,
+    Press,
+    Release,
     Right,
     Wheel,
     Key,
@@ -39,7 +41,7 @@ struct ScriptLine {
   int number = 0;            ///< line number in the file, from 1
   std::string source;        ///< the line as written
 
-  int x = 0, y = 0;          ///< move, click, right, pixel; wheel: y 1 up, -1 down
+  int x = 0, y = 0;          ///< move, click, press, release, right, pixel; wheel: y 1 up, -1 down
   bool hasPosition = false;  ///< right
   int key = 0;               ///< virtual key code
   uint32_t millis = 0;       ///< sleep

@@ -23,6 +23,16 @@ void Recorder::taken(const DisplayEvent& event, uint32_t waitOrdinal) {
   if (!text.empty()) write("@" + std::to_string(waitOrdinal) + " " + text);
 }
 
+void Recorder::dragged(const DisplayEvent& press, const DisplayEvent& release,
+                       std::optional<uint32_t> waitOrdinal) {
+  const auto place = [](const DisplayEvent& event) {
+    return " " + std::to_string(event.x) + " " + std::to_string(event.y);
+  };
+  write((waitOrdinal ? "@" + std::to_string(*waitOrdinal) : "now") + " press" + place(press));
+  write("now move" + place(release));
+  write("now release" + place(release));
+}
+
 void Recorder::answered(BoxAnswer answer) {
   switch (answer) {
     case BoxAnswer::Ok:
@@ -41,6 +51,8 @@ void Recorder::answered(BoxAnswer answer) {
 std::string scriptTextOf(const DisplayEvent& event) {
   const std::string place = " " + std::to_string(event.x) + " " + std::to_string(event.y);
   switch (event.kind) {
+    case DisplayEvent::Kind::PointerMove:
+      return "move" + place;
     case DisplayEvent::Kind::ButtonDown:
       if (event.button == PointerButton::Left) return "click" + place;
       return event.button == PointerButton::Right ? "right" + place : std::string();

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "platform/dialogs/dialogs.h"
@@ -23,6 +24,9 @@ class Recorder {
 
   /// An input that a wait has taken.
   void taken(const DisplayEvent& event, uint32_t waitOrdinal);
+  /// A frame that was dragged, in the wait of that number or while none stood.
+  void dragged(const DisplayEvent& press, const DisplayEvent& release,
+               std::optional<uint32_t> waitOrdinal);
   /// The state of the window, whatever the game is doing.
   void minimised() { write("now minimise"); }
   void restored() { write("now restore"); }

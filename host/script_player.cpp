@@ -11,8 +11,8 @@ namespace {
 using Verb = ScriptLine::Verb;
 using Kind = DisplayEvent::Kind;
 
-/// The device event that a line stands for.
-DisplayEvent eventOf(const ScriptLine& line) {
+/// The device event that a line with a place stands for.
+DisplayEvent eventAtItsPlace(const ScriptLine& line) {
   DisplayEvent event;
   event.x = line.x;
   event.y = line.y;
@@ -21,7 +21,11 @@ DisplayEvent eventOf(const ScriptLine& line) {
       event.kind = Kind::PointerMove;
       break;
     case Verb::Click:
+    case Verb::Press:
       event.kind = Kind::ButtonDown;
+      break;
+    case Verb::Release:
+      event.kind = Kind::ButtonUp;
       break;
     case Verb::Right:
       event.kind = Kind::ButtonDown;
@@ -58,7 +62,8 @@ DisplayEvent moveTo(const ScriptLine& line) {
 }
 
 bool pointsAtPlace(const ScriptLine& line) {
-  return line.verb == Verb::Click || (line.verb == Verb::Right && line.hasPosition);
+  return line.verb == Verb::Click || line.verb == Verb::Press ||
+         (line.verb == Verb::Right && line.hasPosition);
 }
 
 }  // namespace
@@ -94,6 +99,13 @@ void ScriptPlayer::step() {
     lineBegun_ = false;
   }
   if (failure_.empty() && !ended_) endOfScript();
+}
+
+/// The device event that a line stands for.
+DisplayEvent ScriptPlayer::eventOf(const ScriptLine& line) {
+  DisplayEvent event = eventAtItsPlace(line);
+  if (line.verb == Verb::Right && !line.hasPosition) stage_.pointerPlace(event.x, event.y);
+  return event;
 }
 
 ScriptPlayer::Outcome ScriptPlayer::act(const ScriptLine& line) {
@@ -144,15 +156,25 @@ ScriptPlayer::Outcome ScriptPlayer::giveInput(const ScriptLine& line) {
   if (pointsAtPlace(line) && !moved_) {
     moved_ = true;
     stage_.movePointer(line.x, line.y);
-    // Where the game takes the move, the press belongs to the next wait.
-    if (stage_.offer(moveTo(line))) return Outcome::NotYet;
+    // Where the game takes the move, the press belongs to the next wait. A line that names its wait
+    // is the press alone, since moves that the game took have lines of their own; and so is a bare
+    // press.
+    const bool alone = line.waitOrdinal != 0 || line.verb == Verb::Press;
+    if (!alone && stage_.offer(moveTo(line))) return Outcome::NotYet;
   }
-  if (line.verb == Verb::Move) {
-    stage_.movePointer(line.x, line.y);
-    stage_.offer(eventOf(line));
-    return Outcome::Done;
+  const DisplayEvent event = eventOf(line);
+  switch (line.verb) {
+    case Verb::Move:
+    case Verb::Release:
+      stage_.movePointer(line.x, line.y);
+      stage_.offer(event);
+      return Outcome::Done;
+    case Verb::Click:
+    case Verb::Right:
+      return stage_.offerClick(event) ? Outcome::Done : Outcome::NotYet;
+    default:
+      return stage_.offer(event) ? Outcome::Done : Outcome::NotYet;
   }
-  return stage_.offer(eventOf(line)) ? Outcome::Done : Outcome::NotYet;
 }
 
 ScriptPlayer::Outcome ScriptPlayer::answer(const ScriptLine& line) {
@@ -173,7 +195,11 @@ ScriptPlayer::Outcome ScriptPlayer::sleep(const ScriptLine& line) {
 
 void ScriptPlayer::deliverNow(const ScriptLine& line) {
   if (pointsAtPlace(line)) stage_.handle(moveTo(line));
-  stage_.handle(eventOf(line));
+  DisplayEvent event = eventOf(line);
+  stage_.handle(event);
+  if (line.verb != Verb::Click && line.verb != Verb::Right) return;
+  event.kind = Kind::ButtonUp;
+  stage_.handle(event);
 }
 
 ScriptPlayer::Outcome ScriptPlayer::fail(const ScriptLine& line, const std::string& what) {

@@ -23,9 +23,12 @@ class ScriptStage {
   virtual bool gameEnded() = 0;
   /// Gives an input to the scene's wait; false when none stands (any more).
   virtual bool offer(const DisplayEvent& event) = 0;
+  /// The same for a press that is let go at once.
+  virtual bool offerClick(const DisplayEvent& press) = 0;
   /// Delivers an event as a device would.
   virtual void handle(const DisplayEvent& event) = 0;
   virtual void movePointer(int x, int y) = 0;
+  virtual void pointerPlace(int& x, int& y) = 0;  ///< where the game sees it
   virtual bool boxIsUp() = 0;
   virtual bool boxHoldsScene() = 0;              ///< the scenario thread itself asks it
   virtual std::string boxText() = 0;             ///< UTF-8, in a sentence
@@ -61,6 +64,7 @@ class ScriptPlayer {
  private:
   enum class Outcome { Done, NotYet, Failed };
   Outcome act(const ScriptLine& line);
+  DisplayEvent eventOf(const ScriptLine& line);
   Outcome awaitScene(const ScriptLine& line);
   Outcome giveInput(const ScriptLine& line);
   Outcome answer(const ScriptLine& line);

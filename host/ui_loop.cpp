@@ -95,8 +95,47 @@ void UiLoop::serve(MessageQueue::Received& received) {
       scenarioEnded_ = true;
       break;
     default:
+      serveOwnInput(message);
       break;
   }
+}
+
+/// Input that the game makes goes the way of the devices'.
+void UiLoop::serveOwnInput(const Message& message) {
+  DisplayEvent event;
+  int32_t x = 0, y = 0;
+  host_.pointer.place(x, y);
+  const auto first = static_cast<int32_t>(message.first),
+             second = static_cast<int32_t>(message.second);
+  switch (message.id) {
+    case MessagePointerTo:
+      x = std::clamp(first, 0, ScreenWidth - 1);
+      y = std::clamp(second, 0, ScreenHeight - 1);
+      display_.movePointer(x, y);
+      event.kind = DisplayEvent::Kind::PointerMove;
+      break;
+    case MessagePointerBy:
+      // The system's pointer stays: the moves that ask for a hover end where they began.
+      x = nearestCoordinate(int64_t{x} + first);
+      y = nearestCoordinate(int64_t{y} + second);
+      event.kind = DisplayEvent::Kind::PointerMove;
+      break;
+    case MessagePointerPress:
+      event.kind = DisplayEvent::Kind::ButtonDown;
+      break;
+    case MessageKeyPress:
+      event.kind = DisplayEvent::Kind::KeyDown;
+      event.key = first;
+      break;
+    default:
+      return;
+  }
+  event.x = x;
+  event.y = y;
+  input_.handleOwn(event);
+  if (message.id != MessagePointerPress) return;
+  event.kind = DisplayEvent::Kind::ButtonUp;
+  input_.handleOwn(event);
 }
 
 void UiLoop::showSceneName() {
@@ -196,7 +235,10 @@ void UiLoop::paint() {
 }
 
 bool UiLoop::sceneWaits() {
-  return GameHost::Gate(host_).sceneWaits();
+  GameHost::Gate gate(host_);
+  // Whatever the script does with this wait, it wants to hear of the next.
+  gate.tellNext();
+  return gate.sceneWaits();
 }
 uint32_t UiLoop::waitOrdinal() {
   return GameHost::Gate(host_).waitOrdinal();

@@ -49,6 +49,7 @@ class UiLoop : private ScriptStage {
  private:
   void serveQueue();
   void serve(MessageQueue::Received& received);
+  void serveOwnInput(const Message& message);
   void serveDevices();
   void device(const DisplayEvent& event);
   void showSceneName();
@@ -65,8 +66,10 @@ class UiLoop : private ScriptStage {
   uint32_t waitOrdinal() override;
   bool gameEnded() override { return scenarioEnded_; }
   bool offer(const DisplayEvent& event) override { return input_.offer(event); }
+  bool offerClick(const DisplayEvent& press) override { return input_.offerClick(press); }
   void handle(const DisplayEvent& event) override { device(event); }
   void movePointer(int x, int y) override { display_.movePointer(x, y); }
+  void pointerPlace(int& x, int& y) override { host_.pointer.place(x, y); }
   bool boxIsUp() override { return boxes_.up(); }
   bool boxHoldsScene() override { return boxes_.holds(scenarioThreadId_); }
   std::string boxText() override { return boxes_.describe(); }

@@ -21,13 +21,13 @@ namespace {
 using Pixels = HostWindowKind::Pixels;
 
 constexpr std::array WindowKinds{
-    HostWindowKind{TypeView, false, false, false, Pixels::Bits8},
-    HostWindowKind{TypeFrame, true, false, true, Pixels::None},
-    HostWindowKind{TypeFrameless, true, false, false, Pixels::None},
-    HostWindowKind{TypePlainWindow, false, true, false, Pixels::None},
-    HostWindowKind{TypeSecondView, false, false, false, Pixels::Bits32},
-    HostWindowKind{TypeReleasedWindow, false, false, false, Pixels::Bits8},
-    HostWindowKind{TypeAnimationControl, false, true, false, Pixels::None},
+    HostWindowKind{TypeView, false, false, false, false, Pixels::Bits8},
+    HostWindowKind{TypeFrame, true, false, true, false, Pixels::None},
+    HostWindowKind{TypeFrameless, true, false, false, true, Pixels::None},
+    HostWindowKind{TypePlainWindow, false, true, false, false, Pixels::None},
+    HostWindowKind{TypeSecondView, false, false, false, false, Pixels::Bits32},
+    HostWindowKind{TypeReleasedWindow, false, false, false, false, Pixels::Bits8},
+    HostWindowKind{TypeAnimationControl, false, true, false, false, Pixels::None},
 };
 
 // The surface of a window that is gone.
@@ -92,7 +92,11 @@ bool PointerState::rightDown() const {
 
 HostWindowObject::HostWindowObject(const HostWindowKind& kind, Compositor& compositor,
                                    PointerState& pointer, WindowHandle mainWindow)
-    : kind_(kind), compositor_(compositor), pointer_(pointer), mainWindow_(mainWindow) {
+    : kind_(kind),
+      compositor_(compositor),
+      pointer_(pointer),
+      mainWindow_(mainWindow),
+      mapsLock_("click maps", LockRank::ClickMaps) {
   window = this;
   if (kind.pixels == Pixels::Bits8) surface8_ = std::make_unique<QVVSurface>();
   if (kind.pixels == Pixels::Bits32) surface32_ = std::make_unique<QVVSurface24>();
@@ -138,12 +142,17 @@ void HostWindowObject::open(const CreateWindowRequest& request, HostWindowObject
                    .client = where.client,
                    .visible = visible,
                    .framed = kind_.hasCaption,
+                   .loose = kind_.loose,
                    .source = surface8_ || surface32_ ? this : nullptr,
                    .decoration = decoration(where)});
 }
 
 void HostWindowObject::close() {
   compositor_.remove(screen_);
+  {
+    const std::lock_guard guard(mapsLock_);
+    maps_.clear();
+  }
   // Whoever still draws into it draws into these few pixels.
   if (surface8_) surface8_->create(ShellPixels, ShellPixels);
   if (surface32_) surface32_->create(ShellPixels, ShellPixels);
@@ -259,6 +268,35 @@ uintptr_t HostWindowObject::receive(uint32_t message, uintptr_t, uintptr_t) {
   return message == MessageAnimationStart || message == MessageAnimationStop;
 }
 
+// --- Click maps ---
+
+void HostWindowObject::addClickMap(ClickTarget& map) {
+  // A window that is gone keeps nothing.
+  if (!compositor_.present(screen_)) return;
+  const std::lock_guard guard(mapsLock_);
+  maps_.push_back(&map);
+}
+
+bool HostWindowObject::removeClickMap(ClickTarget& map) {
+  const std::lock_guard guard(mapsLock_);
+  return std::erase(maps_, &map) > 0;
+}
+
+void HostWindowObject::repaintClickMaps() {
+  const std::lock_guard guard(mapsLock_);
+  for (ClickTarget* map : maps_)
+    map->repaint();
+}
+
+std::optional<int32_t> HostWindowObject::regionFor(const ClickTarget& waiting, int32_t x,
+                                                   int32_t y) const {
+  const std::lock_guard guard(mapsLock_);
+  for (auto map = maps_.rbegin(); map != maps_.rend(); ++map)
+    for (const ClickTarget* asked = *map; asked; asked = asked->above())
+      if (asked == &waiting) return (*map)->regionAt(x, y);
+  return std::nullopt;
+}
+
 // --- The list ---
 
 WindowList::~WindowList() {
@@ -289,6 +327,19 @@ HostWindowObject* WindowList::findByCode(int32_t code) const {
 bool WindowList::empty() const {
   const std::lock_guard guard(lock_);
   return windows_.empty();
+}
+
+std::optional<int32_t> WindowList::regionFor(const ClickTarget& waiting, int32_t x,
+                                             int32_t y) const {
+  const Compositor::WindowHit hit = compositor_.windowAt(x, y);
+  if (!hit.window) return std::nullopt;
+  const HostWindowObject* view = nullptr;
+  {
+    const std::lock_guard guard(lock_);
+    for (const auto& window : windows_)
+      if (&window->screen_ == hit.window) view = window.get();
+  }
+  return view ? view->regionFor(waiting, hit.x, hit.y) : std::nullopt;
 }
 
 /// The object of that name and kind from the shells, or a new one.

@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "graphics/click_target.h"
 #include "graphics/surface.h"
 #include "graphics/view.h"
 #include "host/compositor.h"
@@ -50,6 +51,7 @@ struct HostWindowKind {
   bool hasClient;  ///< a client view of name + "Client" comes with it
   bool alwaysShown;
   bool hasCaption;  ///< and a border round the client
+  bool loose;       ///< dragged by what it shows
   enum class Pixels { None, Bits8, Bits32 } pixels;
 };
 /// Null for a code that is no window's.
@@ -89,12 +91,18 @@ class HostWindowObject : public WindowObject,
   void hold() override { compositor_.hold(screen_); }
   void release(bool redraw) override { compositor_.release(screen_, redraw); }
   bool rightButtonDown() const override { return pointer_.rightDown(); }
+  void addClickMap(ClickTarget& map) override;
+  bool removeClickMap(ClickTarget& map) override;
+  void repaintClickMaps() override;
 
   // NativeWindow.
   NativeWindow* parentWindow() const override;
   bool minimised() const override { return false; }
   uintptr_t send(uint32_t message, uintptr_t first, uintptr_t second) override;
 
+  /// The region at a place of the client, of the newest map that is `waiting` or stands below it in
+  /// a stack; nothing where no such map lies on the view. UI thread, while the scene waits.
+  std::optional<int32_t> regionFor(const ClickTarget& waiting, int32_t x, int32_t y) const;
   /// Answers a message that was sent to it. UI thread.
   uintptr_t receive(uint32_t message, uintptr_t first, uintptr_t second);
   /// An animation control was started and not stopped since. Any thread.
@@ -127,6 +135,8 @@ class HostWindowObject : public WindowObject,
   ScreenWindow screen_;
   HostWindowObject* client_ = nullptr;  ///< a frame's
   std::atomic<bool> animating_ = false;
+  mutable Lock mapsLock_;           ///< guards the list, also while its maps paint
+  std::vector<ClickTarget*> maps_;  ///< the newest last
 };
 
 class WindowList {
@@ -146,6 +156,9 @@ class WindowList {
   bool empty() const;
 
   // UI thread.
+  /// The region under a place of the screen for a map that waits; nothing where the view there does
+  /// not report to it.
+  std::optional<int32_t> regionFor(const ClickTarget& waiting, int32_t x, int32_t y) const;
   /// Makes the window, and for frames their client view of name + "Client". Null for a code that
   /// is no window's, a taken name, a parent that does not exist, and a size that is too large or
   /// that memory does not hold.

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "foundation/diagnostic.h"
+#include "message/pendant.h"
 #include "platform/display/key_codes.h"
 #include "platform/kernel/kernel.h"
 #include "platform/services.h"
@@ -138,7 +139,9 @@ void HideMessageWindow() {}
 void HideSystemWindow() {}
 void ShowSystemWindow() {}
 void RestoreFrameCorner() {}
-void RestorePendant() {}
+void RestorePendant() {
+  ShowPendant();
+}
 
 // Until there is a ring to turn, the place at its front is taken.
 int32_t LocationRing(const char*, const char*, const char*, const char*, const char*, const char*,

@@ -5,6 +5,7 @@
 #include "scenario/animation_objects.h"
 #include "scenario/area_objects.h"
 #include "scenario/click_map_objects.h"
+#include "scenario/control_objects.h"
 #include "scenario/named_surface.h"
 #include "scenario/scenario_host.h"
 
@@ -15,12 +16,13 @@ namespace {
 constexpr ObjectKind Kinds[] = {
     {TypeSurface, "QVScenario - create:surface", "サーフェース", NativeForm::Member,
      allocateObject<NamedSurface>},
-    {TypeCursor, "QVScenario - create:cursor", "カーソル", NativeForm::Member, nullptr},
+    {TypeCursor, "QVScenario - create:cursor", "カーソル", NativeForm::Member,
+     allocateObject<NamedCursor>},
     {TypeAnimatedControl, "QVScenario - create:animatedControl", "アニメーションコントロール",
-     NativeForm::Member, nullptr},
+     NativeForm::Member, allocateObject<NamedAnimatedControl>},
     {TypePrintArea, "QVScenario - create:printArea", "プリントエリア", NativeForm::Member,
      allocateObject<NamedPrintArea>},
-    {TypeHitret, "QVScenario - create:hitret", "", NativeForm::Member, nullptr},
+    {TypeHitret, "QVScenario - create:hitret", "", NativeForm::Member, allocateObject<NamedHitret>},
     {TypeClickMap, "QVScenario - create:clickmap", "", NativeForm::Member,
      allocateObject<NamedClickMap>},
     {TypeAnimationSurface, "QVScenario - create:animationSurface", "", NativeForm::Member,

@@ -5,6 +5,7 @@
 #include "scenario/animation_objects.h"
 #include "scenario/area_objects.h"
 #include "scenario/click_map_objects.h"
+#include "scenario/control_objects.h"
 #include "scenario/object_kinds.h"
 #include "scenario/scenario.h"
 #include "scenario/window_object.h"
@@ -17,7 +18,7 @@ using enum RelationRule;
 
 // The first row that fits counts.
 constexpr Relation Relations[] = {
-    {TypeView, TypeCursor},
+    {TypeView, TypeCursor, Direct, connectViewToCursor},
     {TypeView, TypePrintArea, Direct, connectViewToPrintArea, disconnectViewFromPrintArea},
     {TypeView, TypeClickMap, Direct, connectViewToMap, disconnectViewFromMap},
     {TypeView, TypeAnimationArea, Direct, connectViewToArea, disconnectViewFromArea},

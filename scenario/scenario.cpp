@@ -8,6 +8,7 @@
 #include "foundation/diagnostic.h"
 #include "foundation/file.h"
 #include "foundation/path_name.h"
+#include "input/hitret.h"
 #include "platform/dialogs/dialogs.h"
 #include "platform/services.h"
 #include "platform/text/shift_jis.h"
@@ -295,9 +296,11 @@ void QVScenario::DisconnectObjects(const char* nameA, const char* nameB) {
 // --- Waits ---
 
 int32_t QVScenario::WaitInput(const char* hitretName, int32_t time) {
+  if (!host_) return 0;
+  if (!hitretName) return host_->WaitForInput(time, 0, 0);
+  auto* hitret = static_cast<QVHitret*>(FindNative(hitretName, TypeHitret));
   // A hitret that does not exist answers nothing.
-  if (!host_ || hitretName) return 0;
-  return host_->WaitForInput(time, 0, 0);
+  return hitret ? hitret->run(time) : 0;
 }
 
 }  // namespace qv

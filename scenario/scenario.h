@@ -88,6 +88,13 @@ class QVScenario {
   /// The same until `millis`, or the map's tick for 0, have passed since its last return.
   int32_t ClickTickWait(const char* name, uint32_t millis, int32_t keys);
 
+  // Cursors (controls.cpp). The file or number is as QVCursor takes it.
+
+  void CreateCursor(const char* name, ObjectArgument fileOrNumber);
+  /// What the pointer looks like over a view, or over a frame's client; nothing for a name that is
+  /// no window.
+  void SetCursor(const char* window, ObjectArgument nameOrNumber);
+
   void DestroyObject(const char* name);
   /// One after the other; a null among the names ends the list.
   void DestroyObjects(std::initializer_list<const char*> names);
@@ -187,7 +194,8 @@ class QVScenario {
   /// Nothing is ever put on the second list; the run's end empties it.
   void EmptySecondList();
 
-  /// Without a hitret name the host's input wait, `time` in tenths of a second.
+  /// Without a hitret name the host's input wait, `time` in tenths of a second. With one the
+  /// hitret's own wait, whose keys are numbered as the window system does; 0 for a name of none.
   int32_t WaitInput(const char* hitretName, int32_t time);
   uint32_t Random(uint32_t limit);
   /// Makes a file the font of external characters; null puts the player's own back.

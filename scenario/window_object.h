@@ -10,6 +10,7 @@
 #include "foundation/string.h"
 #include "graphics/colour_key.h"
 #include "graphics/rectangle.h"
+#include "platform/display/pointer_look.h"
 
 namespace qv {
 
@@ -48,6 +49,8 @@ class WindowObject {
                               int32_t /*repaint*/, int32_t /*keepOnScreen*/) {
     return 0;
   }
+  /// What the pointer looks like over the client, from when the host is next told (1136).
+  virtual void setCursor(const PointerLook& /*look*/) {}
   /// Makes what is not `key` in the picture the window's outline. Overwrites the picture.
   virtual void SetClipShape(QVVSurface& /*scratch*/, ColourKey /*key*/) {}
 

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/display/pointer_look.h"
+
 namespace qv {
 
 inline constexpr int ScreenWidth = 640, ScreenHeight = 480;
@@ -61,6 +63,8 @@ class Display {
   virtual void wake() = 0;
   /// Moves the system's pointer while the window has the focus.
   virtual void movePointer(int x, int y) = 0;
+  /// What the pointer looks like over the window from now on; the arrow at first.
+  virtual void setCursor(const PointerLook& look) = 0;
 };
 
 enum class Scaling { Fit, WholeFactors };

@@ -111,4 +111,20 @@ void HeadlessDisplay::pointer(int& x, int& y) const {
   y = pointerY_;
 }
 
+void HeadlessDisplay::setCursor(const PointerLook& look) {
+  std::lock_guard held(lock_);
+  cursor_ = look;
+  ++cursorChanges_;
+}
+
+PointerLook HeadlessDisplay::cursor() const {
+  std::lock_guard held(lock_);
+  return cursor_;
+}
+
+size_t HeadlessDisplay::cursorChanges() const {
+  std::lock_guard held(lock_);
+  return cursorChanges_;
+}
+
 }  // namespace qv

@@ -25,6 +25,7 @@ class HeadlessDisplay : public Display {
   bool waitEvent(DisplayEvent& event, uint32_t limitMillis) override;
   void wake() override;
   void movePointer(int x, int y) override;
+  void setCursor(const PointerLook& look) override;
 
   void push(DisplayEvent event);
 
@@ -33,6 +34,8 @@ class HeadlessDisplay : public Display {
   std::string title() const;
   /// Where `movePointer` last put the pointer.
   void pointer(int& x, int& y) const;
+  PointerLook cursor() const;    ///< what `setCursor` gave last
+  size_t cursorChanges() const;  ///< how often it was called
 
  private:
   bool takeEvent(DisplayEvent& event, bool& woken);
@@ -46,6 +49,8 @@ class HeadlessDisplay : public Display {
   std::string title_;
   bool fullScreen_ = false, minimised_ = false;
   int pointerX_ = 0, pointerY_ = 0;
+  PointerLook cursor_;
+  size_t cursorChanges_ = 0;
 };
 
 }  // namespace qv

@@ -35,6 +35,7 @@ enum class LockRank : int {
   PrintArea = 20,   ///< one print area
   Wave = 22,        ///< the wave channel, whose mouth is an animation
   Animation = 25,   ///< start and stop of one animation, which waits for its thread
+  ClickMaps = 28,   ///< the click maps on one view, while they paint
   Object = 30,      ///< any other engine object
   WindowList = 40,  ///< the host's list of window objects
   Compositor = 45,  ///< the windows' painted pixels and the frame

@@ -1,6 +1,7 @@
 #pragma once
 
-/// SDL's events as the display's. Pure functions of their arguments; any thread.
+/// SDL's events as the display's, and the display's cursors as SDL's. Pure functions of their
+/// arguments; any thread.
 
 #include <SDL2/SDL.h>
 
@@ -22,6 +23,12 @@ struct WindowGeometry {
 /// The virtual code of a key; 0 for keys that the game does not know. The keypad's digits are
 /// directions while the number lock is off.
 int virtualKeyOf(const SDL_Keysym& key);
+
+/// SDL's form of a system cursor by the classic platform's number; the arrow for any other.
+SDL_SystemCursor systemCursorOf(int32_t number);
+
+/// A cursor of SDL's, which the caller frees; null where none can be had. With video started.
+SDL_Cursor* makeCursor(const PointerLook& look);
 
 /// The display's form of a pointer, wheel, key or text event; Kind::None for all others. Fingers
 /// and the window's own events are the window's to translate, because they depend on its state.

@@ -30,6 +30,7 @@ class WindowDisplay : public Display {
   bool waitEvent(DisplayEvent& event, uint32_t limitMillis) override;
   void wake() override;
   void movePointer(int x, int y) override;
+  void setCursor(const PointerLook& look) override;
 
  private:
   void show();
@@ -44,6 +45,7 @@ class WindowDisplay : public Display {
   SDL_Window* window_ = nullptr;
   SDL_Renderer* renderer_ = nullptr;
   SDL_Texture* texture_ = nullptr;
+  SDL_Cursor* cursor_ = nullptr;
   WindowGeometry geometry_;
   std::deque<DisplayEvent> ready_;  ///< translated and not yet taken
   uint32_t wakeEvent_ = 0;
@@ -120,6 +122,7 @@ bool WindowDisplay::open(const WindowOptions& options, std::string& whyNot) {
 }
 
 WindowDisplay::~WindowDisplay() {
+  if (cursor_) SDL_FreeCursor(cursor_);
   if (texture_) SDL_DestroyTexture(texture_);
   if (renderer_) SDL_DestroyRenderer(renderer_);
   if (window_) SDL_DestroyWindow(window_);
@@ -284,6 +287,15 @@ void WindowDisplay::movePointer(int x, int y) {
   if ((SDL_GetWindowFlags(window_) & SDL_WINDOW_INPUT_FOCUS) == 0) return;
   const ScreenPoint at = geometry_.toWindow(x, y);
   SDL_WarpMouseInWindow(window_, at.x, at.y);
+}
+
+void WindowDisplay::setCursor(const PointerLook& look) {
+  SDL_Cursor* const made = makeCursor(look);
+  if (!made) return;
+  SDL_SetCursor(made);
+  // The old one was in use up to here.
+  if (cursor_) SDL_FreeCursor(cursor_);
+  cursor_ = made;
 }
 
 }  // namespace

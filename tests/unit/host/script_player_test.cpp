@@ -23,6 +23,14 @@ class FakeStage : public ScriptStage {
     waits = false;
     return taken;
   }
+  bool offerClick(const DisplayEvent& press) override {
+    clicked = {press.x, press.y};
+    return offer(press);
+  }
+  void pointerPlace(int& x, int& y) override {
+    x = 55;
+    y = 66;
+  }
   void handle(const DisplayEvent& event) override { log.push_back("handle " + nameOf(event)); }
   void movePointer(int x, int y) override {
     log.push_back("pointer " + std::to_string(x) + " " + std::to_string(y));
@@ -46,6 +54,7 @@ class FakeStage : public ScriptStage {
   bool waits = false, ended = false, box = false, window = false, takesMoves = false;
   uint32_t ordinal = 1;
   BoxAnswer boxTakes = BoxAnswer::Ok;
+  std::pair<int, int> clicked;
   std::optional<std::string> instead = "";
   std::vector<std::string> log;
 
@@ -56,6 +65,8 @@ class FakeStage : public ScriptStage {
         return "move";
       case DisplayEvent::Kind::ButtonDown:
         return event.button == PointerButton::Left ? "press" : "right";
+      case DisplayEvent::Kind::ButtonUp:
+        return "release";
       case DisplayEvent::Kind::KeyDown:
         return "key " + std::to_string(event.key);
       case DisplayEvent::Kind::Minimised:
@@ -120,7 +131,38 @@ TEST_F(ScriptPlayerTest, NowDoesNotWait) {
   ScriptPlayer script = player("now minimise\nnow key Return\nnow click 1 2");
   stage.window = true;
   script.step();
-  EXPECT_EQ(stage.log, Log({"handle minimise", "handle key 13", "handle move", "handle press"}));
+  EXPECT_EQ(stage.log, Log({"handle minimise", "handle key 13", "handle move", "handle press",
+                            "handle release"}));
+}
+
+TEST_F(ScriptPlayerTest, ARightClickWithoutAPlaceIsWhereThePointerStands) {
+  ScriptPlayer script = player("right\nnow right");
+  stage.waits = stage.window = true;
+  script.step();
+  EXPECT_EQ(stage.log, Log({"offer right", "handle right", "handle release"}));
+  EXPECT_EQ(stage.clicked, std::pair(55, 66));
+}
+
+TEST_F(ScriptPlayerTest, APressAndAReleaseAreGivenByThemselves) {
+  ScriptPlayer script = player("press 3 4\nrelease 5 6\nnow press 7 8\nnow release 9 9");
+  stage.waits = stage.window = true;
+  script.step();
+  EXPECT_EQ(stage.log, Log({"pointer 3 4", "offer press"}));
+  stage.waits = true;
+  script.step();
+  EXPECT_EQ(stage.log, Log({"pointer 3 4", "offer press", "pointer 5 6", "offer release",
+                            "handle press", "handle release"}));
+}
+
+TEST_F(ScriptPlayerTest, AClickThatNamesItsWaitIsThePressAlone) {
+  ScriptPlayer script = player("@1 move 3 4\n@2 click 3 4");
+  stage.waits = stage.takesMoves = stage.window = true;
+  script.step();
+  stage.waits = true;
+  stage.ordinal = 2;
+  script.step();
+  EXPECT_EQ(stage.log, Log({"pointer 3 4", "offer move", "pointer 3 4", "offer press"}));
+  EXPECT_TRUE(script.finished());
 }
 
 TEST_F(ScriptPlayerTest, AnInputForAPastWaitFailsTheRun) {

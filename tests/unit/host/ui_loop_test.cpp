@@ -215,7 +215,7 @@ TEST_F(UiLoopTest, AFrameIsDraggedByItsCaptionAndTheGameHearsNothingOfIt) {
 
 TEST_F(UiLoopTest, APressBesideTheCaptionIsTheGames) {
   run([this] {
-    make("HelpWindow", {100, 100, 200, 150}, TypeFrame, "Help");
+    make("framed", {100, 100, 200, 150}, TypeFrame, "Help");
     int32_t input = 0;
     Thread waiting;
     waiting.start("waiting", [&] { input = host.WaitForInput(5000, 0, 1); });
