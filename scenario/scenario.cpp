@@ -21,9 +21,6 @@ namespace {
 
 constexpr const char* SystemFileEnding = ".system.dat";
 constexpr const char* ClientEnding = "Client";
-// How the song is stopped wherever everything ends.
-constexpr int32_t StopAtOnce = 0;
-constexpr uint32_t StopMillis = 2000;
 
 }  // namespace
 
@@ -109,7 +106,7 @@ void QVScenario::SaveState(QVFile& file) {
     registers_.save(file);
     strings_.save(file);
     sceneName_.save(file);
-    song_.save(file);
+    midi_.save(file);
   }
   writeSystemFile();
 }
@@ -126,17 +123,17 @@ SceneFunction QVScenario::RestoreState(QVFile& file, void (*callback)(), int32_t
       destroyWindows(TypeFrame);
       destroyWindows(TypeView);
       objects_.clear();
-      song_.stop(StopAtOnce, StopMillis);
+      stopSong();
     }
     if (callback) callback();
   }
-  song_.load(file, restartMusic != 0);
+  midi_.load(file, restartMusic != 0);
   return host_ ? host_->FindScene(sceneName_.text()) : SceneFunction{};
 }
 
 int32_t QVScenario::Release() {
   const std::lock_guard guard(lock_);
-  song_.stop(StopAtOnce, StopMillis);
+  stopSong();
   stopAnimations();
   destroyWindows(TypeFrame);
   destroyWindows(TypeReleasedWindow);
@@ -299,8 +296,9 @@ int32_t QVScenario::WaitInput(const char* hitretName, int32_t time) {
 
 void QVScenario::WaitSound(int32_t tenths) {
   if (!host_) return;
-  // The players are silent: they have always ended.
-  if (tenths == ChannelMidi || tenths == ChannelWave) return;
+  if (tenths == ChannelMidi) return waitSong();
+  // The wave player is silent: it has always ended.
+  if (tenths == ChannelWave) return;
   constexpr uint32_t TenthMillis = 100;
   if (tenths > 0) host_->SleepUnlessAborted(scaledMillis(tenths, TenthMillis));
 }

@@ -9,6 +9,7 @@
 #include <list>
 #include <memory>
 
+#include "audio/midi.h"
 #include "foundation/string.h"
 #include "graphics/colour_key.h"
 #include "platform/kernel/kernel.h"
@@ -17,7 +18,6 @@
 #include "scenario/registers.h"
 #include "scenario/scenario_host.h"
 #include "scenario/scene_function.h"
-#include "scenario/song_record.h"
 
 namespace qv {
 
@@ -25,6 +25,12 @@ class QVFile;
 
 /// Names of the sound players where a time could stand.
 inline constexpr int32_t ChannelMidi = -11, ChannelWave = -10;
+
+/// What a scene can learn about the MIDI device.
+struct MidiCaps {
+  char name[32] = {};
+  uint16_t channelMask = 0;  ///< a bit a channel that it plays
+};
 
 class QVScenario {
  public:
@@ -116,6 +122,13 @@ class QVScenario {
   void PlayDrawAnimation(const char* name, const char* viewName, int32_t wait, int32_t firstFrame,
                          intptr_t word);
 
+  // Songs (songs.cpp).
+
+  /// Plays a song at once; `loop` nonzero plays it for ever.
+  void PlayMidi(const char* path, int32_t loop);
+  /// 1 when there is a MIDI device. With `caps` it is described there, and 0 leaves that alone.
+  int32_t MidiDeviceCaps(MidiCaps* caps);
+
   /// Registers, scene name and song to an open file, then the system file is rewritten.
   void SaveState(QVFile& file);
   /// The reverse; gives the scene that the file names, or nothing. `callback` is called with the
@@ -137,15 +150,22 @@ class QVScenario {
   void SetExternalFont(const char* fileName, int32_t unused = 0);
 
   ScenarioHost* host() const { return host_; }
-  SongRecord& song() { return song_; }
+  QVMidi& midi() { return midi_; }
   // The register files themselves, for who looks at them from outside while a scene waits.
   QVReg& registers() { return registers_; }
   QVStrReg& strings() { return strings_; }
   QVReg& systemRegisters() { return systemRegisters_; }
-  const SongRecord& song() const { return song_; }
+  const QVMidi& midi() const { return midi_; }
 
  private:
   using ObjectList = std::list<std::unique_ptr<LogicalObject>>;
+
+  // The song's halves of the operations that name a channel.
+  void stopSong();
+  bool songPlaying() const;
+  void fadeInSong(const char* path, uint32_t millis);
+  void fadeOutSong(uint32_t millis);
+  void waitSong();  ///< raises on abort
 
   ObjectList::iterator findPlace(const char* name);
   void addObject(const ObjectKind& kind, const char* name, const ObjectArguments& arguments);
@@ -162,7 +182,7 @@ class QVScenario {
   QVString sceneName_;
   QVReg registers_;
   QVStrReg strings_;
-  SongRecord song_;
+  QVMidi midi_;
   QVString defaultFont_;
   QVString currentFont_;
   RandomGenerator random_;
