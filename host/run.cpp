@@ -14,8 +14,10 @@
 #include "host/play_script.h"
 #include "host/recorder.h"
 #include "host/scene_runner.h"
+#include "host/sound_devices.h"
 #include "host/trace_file.h"
 #include "host/ui_loop.h"
+#include "host/volumes.h"
 #include "platform/display/headless_display.h"
 #include "platform/files/file_system.h"
 #include "platform/services.h"
@@ -89,16 +91,20 @@ fs::path discFolder(const Options& options) {
 /// The run once kernel and module stand: everything below lives inside one call.
 class Run {
  public:
-  Run(const Options& options, LoadedModule& module) : options_(options), module_(module) {}
+  Run(const Options& options, LoadedModule& module, const MakeSoundDevices& makeSoundDevices)
+      : options_(options), module_(module), makeSoundDevices_(makeSoundDevices) {}
   int play();
 
  private:
   bool prepare(std::string& whyNot);
   std::unique_ptr<Display> openDisplay(const std::string& title, std::string& whyNot) const;
+  std::unique_ptr<SoundDevices> openSound() const;
   int status(const UiLoop& loop, const RunResult& result) const;
 
   const Options& options_;
   LoadedModule& module_;
+  const MakeSoundDevices& makeSoundDevices_;
+  HostVolumes volumes_;
   std::vector<ScriptLine> script_;
   TraceFile trace_;
   Recorder recorder_;
@@ -132,6 +138,16 @@ std::unique_ptr<Display> Run::openDisplay(const std::string& title, std::string&
       {.title = title, .scaling = options_.scaling, .fullScreen = options_.fullScreen}, whyNot);
 }
 
+std::unique_ptr<SoundDevices> Run::openSound() const {
+  return makeSoundDevices_(
+      {.silent = options_.headless || options_.noSound,
+       .disc = discFolder(options_),
+       .soundFont = options_.soundFont,
+       .midiPort = options_.midiPort,
+       .volumes = &volumes_,
+       .notice = [](const std::string& sentence) { complain(StatusGood, sentence); }});
+}
+
 int Run::play() {
   std::string whyNot;
   if (!prepare(whyNot)) return complain(StatusUsage, whyNot);
@@ -148,12 +164,17 @@ int Run::play() {
   FileSystem files({options_.game, player, discFolder(options_)});
   SettingsStore settings(player / "settings.toml");
   if (!settings.complaint().empty()) complain(StatusGood, settings.complaint());
+  takeVolumes(settings, options_.volumes, volumes_);
+  const std::unique_ptr<SoundDevices> sound = openSound();
   BoxDesk boxes(text_);
   if (options_.headless && options_.play.empty()) boxes.setUnattended();
   const ServicesScope services({.files = &files,
                                 .settings = &settings,
                                 .dialogs = &boxes,
                                 .text = &text_,
+                                .wave = sound->wave(),
+                                .midi = sound->midi(),
+                                .disc = sound->disc(),
                                 .trace = options_.trace.empty() ? nullptr : &trace_});
   const SceneFunction first = options_.scene.empty()
                                   ? SceneFunction{}
@@ -192,7 +213,7 @@ int Run::status(const UiLoop& loop, const RunResult& result) const {
 
 }  // namespace
 
-int runGame(const Options& options) {
+int runGame(const Options& options, const MakeSoundDevices& makeSoundDevices) {
   std::error_code error;
   if (!fs::is_directory(options.game, error))
     return complain(StatusUsage, "There is no game folder " + options.game.string() + ".");
@@ -200,7 +221,7 @@ int runGame(const Options& options) {
   LoadedModule module;
   std::string whyNot;
   if (!module.load(options.game, whyNot)) return complain(StatusUsage, whyNot);
-  return Run(options, module).play();
+  return Run(options, module, makeSoundDevices).play();
 }
 
 }  // namespace qv
