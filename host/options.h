@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "host/volumes.h"
 #include "platform/display/display.h"
 
 namespace qv {
@@ -25,6 +26,10 @@ struct Options {
   std::optional<uint64_t> simulate;  ///< the seed; means headless
   Scaling scaling = Scaling::Fit;
   bool fullScreen = false;
+  WantedVolumes volumes;            ///< percents, where the player wants other ones
+  std::filesystem::path soundFont;  ///< empty: the usual one
+  std::string midiPort;             ///< empty: the synthesiser; "none": no MIDI device
+  bool noSound = false;
 };
 
 /// Exit statuses of qvrun.

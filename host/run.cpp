@@ -14,8 +14,10 @@
 #include "host/play_script.h"
 #include "host/recorder.h"
 #include "host/scene_runner.h"
+#include "host/sound_devices.h"
 #include "host/trace_file.h"
 #include "host/ui_loop.h"
+#include "host/volumes.h"
 #include "platform/display/headless_display.h"
 #include "platform/files/file_system.h"
 #include "platform/services.h"
@@ -103,17 +105,23 @@ std::string fontComplaint(const TextRenderer& text) {
 /// The run once kernel and module stand: everything below lives inside one call.
 class Run {
  public:
-  Run(const Options& options, LoadedModule& module)
-      : options_(options), module_(module), text_(options.fonts) {}
+  Run(const Options& options, LoadedModule& module, const MakeSoundDevices& makeSoundDevices)
+      : options_(options),
+        module_(module),
+        makeSoundDevices_(makeSoundDevices),
+        text_(options.fonts) {}
   int play();
 
  private:
   bool prepare(std::string& whyNot);
   std::unique_ptr<Display> openDisplay(const std::string& title, std::string& whyNot) const;
+  std::unique_ptr<SoundDevices> openSound() const;
   int status(const UiLoop& loop, const RunResult& result) const;
 
   const Options& options_;
   LoadedModule& module_;
+  const MakeSoundDevices& makeSoundDevices_;
+  HostVolumes volumes_;
   std::vector<ScriptLine> script_;
   TraceFile trace_;
   Recorder recorder_;
@@ -151,6 +159,16 @@ std::unique_ptr<Display> Run::openDisplay(const std::string& title, std::string&
       {.title = title, .scaling = options_.scaling, .fullScreen = options_.fullScreen}, whyNot);
 }
 
+std::unique_ptr<SoundDevices> Run::openSound() const {
+  return makeSoundDevices_(
+      {.silent = options_.headless || options_.noSound,
+       .disc = discFolder(options_),
+       .soundFont = options_.soundFont,
+       .midiPort = options_.midiPort,
+       .volumes = &volumes_,
+       .notice = [](const std::string& sentence) { complain(StatusGood, sentence); }});
+}
+
 int Run::play() {
   std::string whyNot;
   if (!prepare(whyNot)) return complain(StatusUsage, whyNot);
@@ -169,12 +187,17 @@ int Run::play() {
   if (!settings.complaint().empty()) complain(StatusGood, settings.complaint());
   if (const std::string missing = fontComplaint(text_); !missing.empty())
     complain(StatusGood, missing);
+  takeVolumes(settings, options_.volumes, volumes_);
+  const std::unique_ptr<SoundDevices> sound = openSound();
   BoxDesk boxes(text_);
   if (options_.headless && options_.play.empty()) boxes.setUnattended();
   const ServicesScope services({.files = &files,
                                 .settings = &settings,
                                 .dialogs = &boxes,
                                 .text = &text_,
+                                .wave = sound->wave(),
+                                .midi = sound->midi(),
+                                .disc = sound->disc(),
                                 .trace = options_.trace.empty() ? nullptr : &trace_});
   const SceneFunction first = options_.scene.empty()
                                   ? SceneFunction{}
@@ -213,7 +236,7 @@ int Run::status(const UiLoop& loop, const RunResult& result) const {
 
 }  // namespace
 
-int runGame(const Options& options) {
+int runGame(const Options& options, const MakeSoundDevices& makeSoundDevices) {
   std::error_code error;
   if (!fs::is_directory(options.game, error))
     return complain(StatusUsage, "There is no game folder " + options.game.string() + ".");
@@ -221,7 +244,7 @@ int runGame(const Options& options) {
   LoadedModule module;
   std::string whyNot;
   if (!module.load(options.game, whyNot)) return complain(StatusUsage, whyNot);
-  return Run(options, module).play();
+  return Run(options, module, makeSoundDevices).play();
 }
 
 }  // namespace qv
