@@ -26,6 +26,7 @@ int main(int count, char** arguments) {
   qv::tool::addBmpCommands(program);
   qv::tool::addPaletteCommands(program);
   qv::tool::addMapCommands(program);
+  qv::tool::addFontCommands(program);
   try {
     program.parse(count, arguments);
   } catch (const CLI::Success& help) {
