@@ -197,6 +197,19 @@ class QVVSurface24 {
   int32_t height() const;
   uint32_t pixel(int32_t x, int32_t y) const;
 
+  /// The pixels under the lock, as QVVSurface::Access.
+  class Access {
+   public:
+    explicit Access(QVVSurface24& surface) : surface_(surface) { surface.lock_.lock(); }
+    ~Access() { surface_.lock_.unlock(); }
+    Access(const Access&) = delete;
+    Access& operator=(const Access&) = delete;
+    uint32_t* row(int32_t y) const { return surface_.at(0, y); }
+
+   private:
+    QVVSurface24& surface_;
+  };
+
  private:
   friend class QVVSurface;
   friend class SurfacePair;

@@ -172,6 +172,7 @@ bool expectPixel(Words& words, ScriptLine& line) {
 bool expectSound(Words& words, ScriptLine& line) {
   const std::string_view kind = words.word();
   if (kind != "wave" && kind != "song") return words.fail("a sound is a wave or a song");
+  line.expectation = kind == "wave" ? Expectation::Wave : Expectation::Song;
   return words.name(line.text, "a sound's name, or none");
 }
 
@@ -189,7 +190,7 @@ constexpr std::array ExpectationForms{
     ExpectationForm{"shown", Expectation::Shown, expectName},
     ExpectationForm{"hidden", Expectation::Hidden, expectName},
     ExpectationForm{"pixel", Expectation::Pixel, expectPixel},
-    ExpectationForm{"sound", Expectation::Sound, expectSound},
+    ExpectationForm{"sound", Expectation::Wave, expectSound},
 };
 
 bool parseExpect(Words& words, ScriptLine& line) {

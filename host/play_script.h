@@ -33,7 +33,19 @@ struct ScriptLine {
     Expect,
     Quit,
   };
-  enum class Expectation { None, Scene, Step, Reg, SysReg, StrReg, Shown, Hidden, Pixel, Sound };
+  enum class Expectation {
+    None,
+    Scene,
+    Step,
+    Reg,
+    SysReg,
+    StrReg,
+    Shown,
+    Hidden,
+    Pixel,
+    Wave,
+    Song
+  };
 
   Verb verb = Verb::Ready;
   bool now = false;          ///< delivered whatever the game is doing

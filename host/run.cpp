@@ -14,12 +14,15 @@
 #include "host/play_script.h"
 #include "host/recorder.h"
 #include "host/scene_runner.h"
+#include "host/sound_devices.h"
 #include "host/trace_file.h"
 #include "host/ui_loop.h"
+#include "host/volumes.h"
 #include "platform/display/headless_display.h"
 #include "platform/files/file_system.h"
 #include "platform/services.h"
 #include "platform/settings/settings_store.h"
+#include "platform/text/font_search.h"
 #include "platform/text/shift_jis.h"
 #include "platform/text/text_renderer.h"
 
@@ -86,19 +89,39 @@ fs::path discFolder(const Options& options) {
   return fs::is_directory(own, error) ? own : fs::path{};
 }
 
+/// Which fonts are missing, in a sentence; empty when none are.
+std::string fontComplaint(const TextRenderer& text) {
+  std::string missing;
+  for (const FontFace face : {FontFace::Gothic, FontFace::ProportionalGothic, FontFace::Mincho,
+                              FontFace::ProportionalMincho})
+    if (!text.hasFont(face))
+      missing += (missing.empty() ? "" : ", ") + std::string(fontFileName(face));
+  if (missing.empty()) return missing;
+  return "Fonts are missing (" + missing +
+         "), and text in them is drawn with the built-in one, which has no kanji; the packages "
+         "fonts-ipafont-gothic and fonts-ipafont-mincho bring them.";
+}
+
 /// The run once kernel and module stand: everything below lives inside one call.
 class Run {
  public:
-  Run(const Options& options, LoadedModule& module) : options_(options), module_(module) {}
+  Run(const Options& options, LoadedModule& module, const MakeSoundDevices& makeSoundDevices)
+      : options_(options),
+        module_(module),
+        makeSoundDevices_(makeSoundDevices),
+        text_(options.fonts) {}
   int play();
 
  private:
   bool prepare(std::string& whyNot);
   std::unique_ptr<Display> openDisplay(const std::string& title, std::string& whyNot) const;
+  std::unique_ptr<SoundDevices> openSound() const;
   int status(const UiLoop& loop, const RunResult& result) const;
 
   const Options& options_;
   LoadedModule& module_;
+  const MakeSoundDevices& makeSoundDevices_;
+  HostVolumes volumes_;
   std::vector<ScriptLine> script_;
   TraceFile trace_;
   Recorder recorder_;
@@ -109,6 +132,10 @@ bool Run::prepare(std::string& whyNot) {
   if (!options_.play.empty() && !readScript(options_.play, script_, whyNot)) return false;
   if (!options_.disc.empty() && !fs::is_directory(options_.disc)) {
     whyNot = "The disc's folder " + options_.disc.string() + " is not there.";
+    return false;
+  }
+  if (!options_.fonts.empty() && !fs::is_directory(options_.fonts)) {
+    whyNot = "The fonts' folder " + options_.fonts.string() + " is not there.";
     return false;
   }
   if (!options_.trace.empty() && !trace_.open(options_.trace)) {
@@ -132,6 +159,16 @@ std::unique_ptr<Display> Run::openDisplay(const std::string& title, std::string&
       {.title = title, .scaling = options_.scaling, .fullScreen = options_.fullScreen}, whyNot);
 }
 
+std::unique_ptr<SoundDevices> Run::openSound() const {
+  return makeSoundDevices_(
+      {.silent = options_.headless || options_.noSound,
+       .disc = discFolder(options_),
+       .soundFont = options_.soundFont,
+       .midiPort = options_.midiPort,
+       .volumes = &volumes_,
+       .notice = [](const std::string& sentence) { complain(StatusGood, sentence); }});
+}
+
 int Run::play() {
   std::string whyNot;
   if (!prepare(whyNot)) return complain(StatusUsage, whyNot);
@@ -148,12 +185,19 @@ int Run::play() {
   FileSystem files({options_.game, player, discFolder(options_)});
   SettingsStore settings(player / "settings.toml");
   if (!settings.complaint().empty()) complain(StatusGood, settings.complaint());
+  if (const std::string missing = fontComplaint(text_); !missing.empty())
+    complain(StatusGood, missing);
+  takeVolumes(settings, options_.volumes, volumes_);
+  const std::unique_ptr<SoundDevices> sound = openSound();
   BoxDesk boxes(text_);
   if (options_.headless && options_.play.empty()) boxes.setUnattended();
   const ServicesScope services({.files = &files,
                                 .settings = &settings,
                                 .dialogs = &boxes,
                                 .text = &text_,
+                                .wave = sound->wave(),
+                                .midi = sound->midi(),
+                                .disc = sound->disc(),
                                 .trace = options_.trace.empty() ? nullptr : &trace_});
   const SceneFunction first = options_.scene.empty()
                                   ? SceneFunction{}
@@ -192,7 +236,7 @@ int Run::status(const UiLoop& loop, const RunResult& result) const {
 
 }  // namespace
 
-int runGame(const Options& options) {
+int runGame(const Options& options, const MakeSoundDevices& makeSoundDevices) {
   std::error_code error;
   if (!fs::is_directory(options.game, error))
     return complain(StatusUsage, "There is no game folder " + options.game.string() + ".");
@@ -200,7 +244,7 @@ int runGame(const Options& options) {
   LoadedModule module;
   std::string whyNot;
   if (!module.load(options.game, whyNot)) return complain(StatusUsage, whyNot);
-  return Run(options, module).play();
+  return Run(options, module, makeSoundDevices).play();
 }
 
 }  // namespace qv

@@ -73,7 +73,7 @@ ScriptPlayer::ScriptPlayer(std::vector<ScriptLine> lines, std::string fileName, 
 
 const ScriptLine* ScriptPlayer::unsupportedLine(const std::vector<ScriptLine>& lines) {
   const auto line = std::find_if(lines.begin(), lines.end(), [](const ScriptLine& candidate) {
-    return candidate.verb == Verb::Type || candidate.expectation == ScriptLine::Expectation::Sound;
+    return candidate.verb == Verb::Type;
   });
   return line == lines.end() ? nullptr : &*line;
 }

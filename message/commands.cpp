@@ -9,6 +9,7 @@
 #include "platform/services.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/commands.h"
+#include "scenario/handles.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -115,7 +116,9 @@ int32_t WaitClick(int32_t limitTenths, int32_t mode) {
 
 void Select2Setup() {}
 void Select3Setup() {}
-void AreaText(AreaHandle&, const char*, int32_t) {}
+void AreaText(AreaHandle& area, const char* text, int32_t flag) {
+  area.printText(text, nullptr, nullptr, nullptr, flag != 0);
+}
 
 int32_t SelectMain(int32_t count) {
   if (!theScenario) return 0;

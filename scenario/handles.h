@@ -16,6 +16,11 @@
 namespace qv {
 
 class LogicalObject;
+class QVAnimationArea;
+class QVHitret;
+class QVPrintArea;
+class SurfaceHandle;
+class ViewHandle;
 
 inline constexpr int32_t KeepObject = 1, DestroyWithHandle = 0;
 
@@ -44,6 +49,35 @@ class AreaHandle : public NamedHandle {
   explicit AreaHandle(const char* name, int32_t keep = KeepObject);
   bool bound() const { return object_ != nullptr; }
   LogicalObject* object() const { return object_; }
+  /// The area itself, or null.
+  QVPrintArea* area() const;
+
+  // The area's operations (message/print_area.h) by their names; unbound handles, of what is
+  // given too, do nothing.
+  void setView(const ViewHandle& view) const;
+  void setSurface(const SurfaceHandle& surface) const;
+  void setLink(const AreaHandle& link) const;
+  void setHitret(const QVHitret& hitret) const;
+  void setRect(int32_t left, int32_t top, int32_t width, int32_t height) const;
+  void setPosition(int32_t x, int32_t y) const;
+  int32_t setLineHeight(int32_t height) const;
+  int32_t setIndent(int32_t pixels, int32_t side) const;
+  void setFlags(uint32_t flags, bool replace = true) const;
+  void setNoLineStart(const char* text) const;
+  void setColour(uint32_t colour, int32_t which) const;
+  void setFont(int32_t height, int32_t weight, int32_t style, int32_t pitch, int32_t charset,
+               const char* face) const;
+  void saveBackground() const;
+  void clear(bool withLink = true, bool withFlush = true) const;
+  void home() const;
+  void printText(const char* text, QVHitret* hitret = nullptr, const char* wavePath = nullptr,
+                 QVAnimationArea* mouth = nullptr, bool wait = false) const;
+  void printSurface(const SurfaceHandle& source, const Rectangle& part, ColourKey key, bool clip,
+                    bool wait = false) const;
+  void printImageFile(const char* path, ColourKey key, bool clip, bool wait = false) const;
+  void printSurfaceKeyless(const SurfaceHandle& source, const Rectangle& part, bool clip,
+                           bool wait = false) const;
+  void printImageKeyless(const char* path, bool clip, bool wait = false) const;
 
  private:
   LogicalObject* object_ = nullptr;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "scenario/animation_objects.h"
+#include "scenario/area_objects.h"
 #include "scenario/click_map_objects.h"
 #include "scenario/control_objects.h"
 #include "scenario/named_surface.h"
@@ -19,7 +20,8 @@ constexpr ObjectKind Kinds[] = {
      allocateObject<NamedCursor>},
     {TypeAnimatedControl, "QVScenario - create:animatedControl", "アニメーションコントロール",
      NativeForm::Member, allocateObject<NamedAnimatedControl>},
-    {TypePrintArea, "QVScenario - create:printArea", "プリントエリア", NativeForm::Member, nullptr},
+    {TypePrintArea, "QVScenario - create:printArea", "プリントエリア", NativeForm::Member,
+     allocateObject<NamedPrintArea>},
     {TypeHitret, "QVScenario - create:hitret", "", NativeForm::Member, allocateObject<NamedHitret>},
     {TypeClickMap, "QVScenario - create:clickmap", "", NativeForm::Member,
      allocateObject<NamedClickMap>},

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "scenario/animation_objects.h"
+#include "scenario/area_objects.h"
 #include "scenario/click_map_objects.h"
 #include "scenario/control_objects.h"
 #include "scenario/object_kinds.h"
@@ -18,16 +19,16 @@ using enum RelationRule;
 // The first row that fits counts.
 constexpr Relation Relations[] = {
     {TypeView, TypeCursor, Direct, connectViewToCursor},
-    {TypeView, TypePrintArea},
+    {TypeView, TypePrintArea, Direct, connectViewToPrintArea, disconnectViewFromPrintArea},
     {TypeView, TypeClickMap, Direct, connectViewToMap, disconnectViewFromMap},
     {TypeView, TypeAnimationArea, Direct, connectViewToArea, disconnectViewFromArea},
     {AnyFrame, AnyKind, AsClient},
     {TypeSurface, TypePrintArea, Swapped},
     {TypeCursor, AnyWindow, Swapped},
     {TypePrintArea, ViewOrFrame, Swapped},
-    {TypePrintArea, TypeSurface},
-    {TypePrintArea, TypePrintArea},
-    {TypePrintArea, TypeHitret},
+    {TypePrintArea, TypeSurface, Direct, connectPrintAreaToSurface},
+    {TypePrintArea, TypePrintArea, Direct, connectPrintAreaToPrintArea},
+    {TypePrintArea, TypeHitret, Direct, connectPrintAreaToHitret},
     {TypeHitret, AnyWindow, Swapped},
     {TypeClickMap, ViewOrFrame, Swapped},
     {TypeClickMap, TypeClickMap, Direct, connectMapToMap, disconnectMapFromMap},

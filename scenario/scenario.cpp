@@ -22,9 +22,6 @@ namespace {
 
 constexpr const char* SystemFileEnding = ".system.dat";
 constexpr const char* ClientEnding = "Client";
-// How the song is stopped wherever everything ends.
-constexpr int32_t StopAtOnce = 0;
-constexpr uint32_t StopMillis = 2000;
 
 }  // namespace
 
@@ -110,7 +107,7 @@ void QVScenario::SaveState(QVFile& file) {
     registers_.save(file);
     strings_.save(file);
     sceneName_.save(file);
-    song_.save(file);
+    midi_.save(file);
   }
   writeSystemFile();
 }
@@ -126,22 +123,26 @@ SceneFunction QVScenario::RestoreState(QVFile& file, void (*callback)(), int32_t
     if (releaseAll) {
       destroyWindows(TypeFrame);
       destroyWindows(TypeView);
+      wave_.forget(nullptr);
       objects_.clear();
-      song_.stop(StopAtOnce, StopMillis);
+      wave_.stop();
+      stopSong();
     }
     if (callback) callback();
   }
-  song_.load(file, restartMusic != 0);
+  midi_.load(file, restartMusic != 0);
   return host_ ? host_->FindScene(sceneName_.text()) : SceneFunction{};
 }
 
 int32_t QVScenario::Release() {
   const std::lock_guard guard(lock_);
-  song_.stop(StopAtOnce, StopMillis);
+  wave_.stop();
+  stopSong();
   stopAnimations();
   destroyWindows(TypeFrame);
   destroyWindows(TypeReleasedWindow);
   destroyWindows(TypeView);
+  wave_.forget(nullptr);
   objects_.clear();
   return 0;
 }
@@ -225,6 +226,8 @@ void QVScenario::DestroyObject(const char* name) {
       for (const auto& object : objects_)
         for (const void* member : {(*place)->native(), (*place)->sequence()})
           if (member) object->forget(member);
+      if ((*place)->typeCode() == TypeAnimationArea && (*place)->native())
+        wave_.forget(static_cast<QVAnimationArea*>((*place)->native()));
       objects_.erase(place);
       return;
     }
@@ -298,14 +301,6 @@ int32_t QVScenario::WaitInput(const char* hitretName, int32_t time) {
   auto* hitret = static_cast<QVHitret*>(FindNative(hitretName, TypeHitret));
   // A hitret that does not exist answers nothing.
   return hitret ? hitret->run(time) : 0;
-}
-
-void QVScenario::WaitSound(int32_t tenths) {
-  if (!host_) return;
-  // The players are silent: they have always ended.
-  if (tenths == ChannelMidi || tenths == ChannelWave) return;
-  constexpr uint32_t TenthMillis = 100;
-  if (tenths > 0) host_->SleepUnlessAborted(scaledMillis(tenths, TenthMillis));
 }
 
 }  // namespace qv

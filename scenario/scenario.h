@@ -9,6 +9,8 @@
 #include <list>
 #include <memory>
 
+#include "audio/midi.h"
+#include "audio/wave.h"
 #include "foundation/string.h"
 #include "graphics/colour_key.h"
 #include "platform/kernel/kernel.h"
@@ -17,7 +19,6 @@
 #include "scenario/registers.h"
 #include "scenario/scenario_host.h"
 #include "scenario/scene_function.h"
-#include "scenario/song_record.h"
 
 namespace qv {
 
@@ -26,6 +27,12 @@ class QVFile;
 
 /// Names of the sound players where a time could stand.
 inline constexpr int32_t ChannelMidi = -11, ChannelWave = -10;
+
+/// What a scene can learn about the MIDI device.
+struct MidiCaps {
+  char name[32] = {};
+  uint16_t channelMask = 0;  ///< a bit a channel that it plays
+};
 
 class QVScenario {
  public:
@@ -153,6 +160,28 @@ class QVScenario {
   void SetAutoAdvance(const char* areaName, int32_t wanted, const char* mapName = nullptr,
                       int32_t code = 0);
 
+  // Songs (songs.cpp).
+
+  /// Plays a song at once; `loop` nonzero plays it for ever.
+  void PlayMidi(const char* path, int32_t loop);
+  /// 1 when there is a MIDI device. With `caps` it is described there, and 0 leaves that alone.
+  int32_t MidiDeviceCaps(MidiCaps* caps);
+
+  // Sounds (sounds.cpp). A channel is ChannelWave or ChannelMidi; any other does nothing.
+
+  /// Starts a wave: `loops` 0 for ever, else how often. Without `stopFirst` it waits for the end of
+  /// what sounds, or for the abort, and then starts nothing. `areaName` names an animation area
+  /// that moves with it; null, or the name of anything else, none.
+  void PlayWave(const char* path, uint32_t loops, int32_t stopFirst, const char* areaName);
+  void StopSound(int32_t channel);
+  /// Tenths of a second, or the channel whose end is waited for. Raises on abort.
+  void WaitSound(int32_t tenths);
+  /// A song that fades does not count.
+  bool IsSoundPlaying(int32_t channel);
+  /// Songs alone can fade; one that fades in loops.
+  void FadeInSound(int32_t channel, const char* path, uint32_t millis);
+  void FadeOutSound(int32_t channel, uint32_t millis);
+
   /// Registers, scene name and song to an open file, then the system file is rewritten.
   void SaveState(QVFile& file);
   /// The reverse; gives the scene that the file names, or nothing. `callback` is called with the
@@ -168,22 +197,28 @@ class QVScenario {
   /// Without a hitret name the host's input wait, `time` in tenths of a second. With one the
   /// hitret's own wait, whose keys are numbered as the window system does; 0 for a name of none.
   int32_t WaitInput(const char* hitretName, int32_t time);
-  /// Tenths of a second, or the name of a player whose end is waited for. Raises on abort.
-  void WaitSound(int32_t tenths);
   uint32_t Random(uint32_t limit);
   /// Makes a file the font of external characters; null puts the player's own back.
   void SetExternalFont(const char* fileName, int32_t unused = 0);
 
   ScenarioHost* host() const { return host_; }
-  SongRecord& song() { return song_; }
+  QVWave& wave() { return wave_; }
+  QVMidi& midi() { return midi_; }
   // The register files themselves, for who looks at them from outside while a scene waits.
   QVReg& registers() { return registers_; }
   QVStrReg& strings() { return strings_; }
   QVReg& systemRegisters() { return systemRegisters_; }
-  const SongRecord& song() const { return song_; }
+  const QVMidi& midi() const { return midi_; }
 
  private:
   using ObjectList = std::list<std::unique_ptr<LogicalObject>>;
+
+  // The song's halves of the operations that name a channel.
+  void stopSong();
+  bool songPlaying() const;
+  void fadeInSong(const char* path, uint32_t millis);
+  void fadeOutSong(uint32_t millis);
+  void waitSong();  ///< raises on abort
 
   ObjectList::iterator findPlace(const char* name);
   void addObject(const ObjectKind& kind, const char* name, const ObjectArguments& arguments);
@@ -201,7 +236,8 @@ class QVScenario {
   QVString sceneName_;
   QVReg registers_;
   QVStrReg strings_;
-  SongRecord song_;
+  QVWave wave_;
+  QVMidi midi_;
   QVString defaultFont_;
   QVString currentFont_;
   RandomGenerator random_;

@@ -8,6 +8,7 @@
 #include "graphics/transition/effects.h"
 #include "graphics/transition/transition_engine.h"
 #include "graphics/view.h"
+#include "message/print_area.h"
 #include "platform/display/display.h"
 #include "scenario/click_map_objects.h"
 #include "scenario/handles.h"
@@ -156,6 +157,10 @@ void QVScenario::FadeView(const char* name, int32_t steps, int32_t grey, int32_t
 }
 
 void QVScenario::MoveWindow(const char* name, int32_t x, int32_t y, int32_t) {
+  if (auto* area = static_cast<QVPrintArea*>(FindNative(name, TypePrintArea))) {
+    if (!isPositionCode(x)) area->setPosition(x, y);
+    return;
+  }
   if (QVClickMap* map = findClickMap(*this, name))
     if (!isPositionCode(x)) return map->setOrigin(x, y);
   WindowObject* const window = FindWindow(name);

@@ -14,20 +14,6 @@ constexpr const char* SystemFontFolder = "/usr/share/fonts";
 constexpr int SearchedEntries = 8192;
 constexpr int SearchedDepth = 4;
 
-const char* fileNameOf(FontFace face) {
-  switch (face) {
-    case FontFace::Gothic:
-      return "ipag.ttf";
-    case FontFace::ProportionalGothic:
-      return "ipagp.ttf";
-    case FontFace::Mincho:
-      return "ipam.ttf";
-    case FontFace::ProportionalMincho:
-      return "ipamp.ttf";
-  }
-  return "";
-}
-
 std::vector<fs::path> knownFolders() {
   std::vector<fs::path> folders = {"/usr/share/fonts/opentype/ipafont-gothic",
                                    "/usr/share/fonts/opentype/ipafont-mincho",
@@ -61,8 +47,22 @@ std::optional<fs::path> searchBelow(const fs::path& root, const std::string& nam
 
 }  // namespace
 
+const char* fontFileName(FontFace face) {
+  switch (face) {
+    case FontFace::Gothic:
+      return "ipag.ttf";
+    case FontFace::ProportionalGothic:
+      return "ipagp.ttf";
+    case FontFace::Mincho:
+      return "ipam.ttf";
+    case FontFace::ProportionalMincho:
+      return "ipamp.ttf";
+  }
+  return "";
+}
+
 std::optional<fs::path> findFont(FontFace face, const fs::path& onlyFolder) {
-  const std::string name = fileNameOf(face);
+  const std::string name = fontFileName(face);
   if (!onlyFolder.empty()) return searchBelow(onlyFolder, name);
   for (const fs::path& folder : knownFolders()) {
     std::error_code ignored;

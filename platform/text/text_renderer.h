@@ -1,7 +1,8 @@
 #pragma once
 
 /// Draws and measures runs of Shift-JIS text in one colour without smoothing, with FreeType and
-/// the machine's Japanese fonts. Any thread; one lock inside.
+/// the machine's Japanese fonts; the built-in font stands in for those that are missing. External
+/// characters come from the game's own font. Any thread; one lock inside.
 
 #include <cstdint>
 #include <filesystem>
@@ -9,21 +10,13 @@
 #include <string>
 #include <string_view>
 
+#include "platform/text/glyph_rows.h"
+#include "platform/text/text_style.h"
+
 namespace qv {
 
-enum class FontFace { Gothic, ProportionalGothic, Mincho, ProportionalMincho };
-
-struct TextStyle {
-  FontFace face = FontFace::Gothic;
-  int heightPixels = 16;  ///< the cell's height; in the system fonts also the em
-};
-
-/// Pixels 0x00RRGGBB, top row first.
-struct TextTarget {
-  uint32_t* pixels = nullptr;
-  int width = 0, height = 0;
-  int strideWords = 0;
-};
+/// Pixels 0x00RRGGBB.
+using TextTarget = PixelTarget<uint32_t>;
 
 class TextRenderer {
  public:
@@ -33,16 +26,25 @@ class TextRenderer {
   TextRenderer(const TextRenderer&) = delete;
   TextRenderer& operator=(const TextRenderer&) = delete;
 
-  /// False where a face's font was not found: its characters are then drawn as boxes.
+  /// False where a face's font was not found: the built-in one is then drawn.
   bool hasFont(FontFace face) const;
   /// Width in pixels of a run (no line feeds). In the fixed faces a double-byte character is as
-  /// wide as the cell is high, a single byte half of that, rounded up.
+  /// wide as the cell is high, a single byte half of that, rounded up; bold adds a pixel to each.
   int measure(const TextStyle& style, std::string_view run);
   /// The largest number of bytes, in whole characters, whose width is at most `widthPixels`.
   size_t fitBytes(const TextStyle& style, std::string_view run, int widthPixels);
-  /// Draws with the cell's top left corner at x, y, clipped to the target; gives the width.
+  // All draw with the cell's top left corner at x, y, clipped to the target, and give the width.
   int draw(const TextTarget& target, int x, int y, const TextStyle& style, std::string_view run,
            uint32_t colour);
+  /// On pixels that are indices of colours.
+  int draw(const PixelTarget<uint8_t>& target, int x, int y, const TextStyle& style,
+           std::string_view run, uint8_t index);
+  /// The same pixels as the run drawn one pixel to each of the four sides in the outline's colour,
+  /// then at its place, for less than half the work.
+  int drawOutlined(const PixelTarget<uint8_t>& target, int x, int y, const TextStyle& style,
+                   std::string_view run, uint8_t index, uint8_t outline);
+  int drawOutlined(const TextTarget& target, int x, int y, const TextStyle& style,
+                   std::string_view run, uint32_t colour, uint32_t outline);
 
  private:
   struct Body;

@@ -214,6 +214,24 @@ TEST_F(RunTest, ABadRegisterIsReportedInABoxAndTheGameGoesOn) {
       << traceText();
 }
 
+TEST_F(RunTest, WithoutAnyFontSaysSoOnceAndDrawsWithTheBuiltInOne) {
+  std::filesystem::create_directories(folder.path() / "empty");
+  for (const char* option : {"--headless", "--simulate=8"}) {
+    const ProcessResult result =
+        play("trouble", "key 1\nsleep 300\nshot box.png\nanswer ok\nready\nkey Return\n",
+             {option, "--fonts", (folder.path() / "empty").string()});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.errors,
+              "qvrun: Fonts are missing (ipag.ttf, ipagp.ttf, ipam.ttf, ipamp.ttf), and text in "
+              "them is drawn with the built-in one, which has no kanji; the packages "
+              "fonts-ipafont-gothic and fonts-ipafont-mincho bring them.\n");
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "box.png"));
+  }
+  const ProcessResult nowhere =
+      play("trouble", "quit\n", {"--headless", "--fonts", (folder.path() / "none").string()});
+  EXPECT_EQ(nowhere.status, 2);
+}
+
 TEST_F(RunTest, AnUnansweredBoxFailsTheRun) {
   const ProcessResult result = play("trouble", "key 1\nready\n");
   EXPECT_EQ(result.status, 1);

@@ -103,7 +103,9 @@ TEST(PlayScript, ReadsEveryExpectation) {
   EXPECT_EQ(only("expect shown mess.view").expectation, Expectation::Shown);
   EXPECT_EQ(only("expect hidden mess.view").expectation, Expectation::Hidden);
   EXPECT_EQ(only("expect pixel 1 2 FF8001").value, 0xFF8001);
-  EXPECT_EQ(only("expect sound wave none").expectation, Expectation::Sound);
+  EXPECT_EQ(only("expect sound wave none").expectation, Expectation::Wave);
+  EXPECT_EQ(only("expect sound song K03").expectation, Expectation::Song);
+  EXPECT_EQ(only("expect sound song K03").text, "K03");
 }
 
 TEST(PlayScript, SaysWhatIsWrongWithALine) {

@@ -169,7 +169,7 @@ TEST_F(TextRendererTest, DrawsNothingFarOutsideOrWithoutHeightOrTarget) {
   text_.draw(canvas.target(), -2000000000, -2000000000, {}, sjis("漢"), Ink);
   EXPECT_EQ(text_.draw(canvas.target(), 0, 0, {FontFace::Gothic, 0}, sjis("漢"), Ink), 0);
   EXPECT_EQ(text_.draw(canvas.target(), 0, 0, {FontFace::Gothic, -5}, sjis("漢"), Ink), 0);
-  EXPECT_EQ(text_.draw({}, 0, 0, {FontFace::Gothic, 16}, sjis("漢"), Ink), 16);
+  EXPECT_EQ(text_.draw(TextTarget{}, 0, 0, {FontFace::Gothic, 16}, sjis("漢"), Ink), 16);
   EXPECT_EQ(canvas.inked(), 0);
 }
 
@@ -228,10 +228,22 @@ TEST_F(MissingFontTest, SaysSo) {
 
 TEST_F(MissingFontTest, DrawsHollowBoxesOfTheRightWidth) {
   Canvas canvas(12, 8);
-  EXPECT_EQ(text_.draw(canvas.target(), 0, 0, {FontFace::Gothic, 8}, sjis("漢") + "a", Ink), 12);
+  EXPECT_EQ(text_.draw(canvas.target(), 0, 0, {FontFace::Gothic, 8}, sjis("漢") + "\x90", Ink), 12);
   EXPECT_EQ(canvas.rows(), std::vector<std::string>({"............", ".######..##.", ".#....#..##.",
                                                      ".#....#..##.", ".#....#..##.", ".#....#..##.",
                                                      ".######..##.", "............"}));
+}
+
+TEST_F(MissingFontTest, WritesTheCodeIntoBoxesThatHaveRoomForIt) {
+  Canvas canvas(18, 18);
+  text_.draw(canvas.target(), 0, 0, {FontFace::Gothic, 18}, "\x8a\xbf", Ink);
+  EXPECT_EQ(canvas.rows(), std::vector<std::string>(
+                               {"..................", ".################.", ".#..............#.",
+                                ".#...###.###....#.", ".#...#.#.#.#....#.", ".#...###.###....#.",
+                                ".#...#.#.#.#....#.", ".#...###.#.#....#.", ".#..............#.",
+                                ".#...##..###....#.", ".#...#.#.#......#.", ".#...##..##.....#.",
+                                ".#...#.#.#......#.", ".#...##..#......#.", ".#..............#.",
+                                ".#..............#.", ".################.", ".................."}));
 }
 
 TEST_F(MissingFontTest, MeasuresProportionalFacesLikeFixedOnes) {
