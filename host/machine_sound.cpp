@@ -1,10 +1,11 @@
 #include "host/machine_sound.h"
 
 #include "host/silent_sound.h"
+#include "platform/devices/disc_folder.h"
 #include "platform/devices/midi_port.h"
 #include "platform/devices/synthesiser.h"
 #include "platform/sdl/audio_output.h"
-#include "platform/sound/disc_player.h"
+#include "platform/sound/mixer_disc.h"
 #include "platform/sound/sound_mixer.h"
 
 namespace qv {
@@ -14,11 +15,25 @@ namespace {
 constexpr const char* UsualSoundFont = "/usr/share/sounds/sf2/TimGM6mb.sf2";
 constexpr const char* NoMidi = "none";
 
+std::unique_ptr<DiscTracks> openDisc(const SoundRequest& request) {
+  std::string whyNot;
+  auto tracks = openDiscFolder(request.disc, whyNot);
+  if (!whyNot.empty()) request.notice(whyNot);
+  return tracks;
+}
+
+std::unique_ptr<SoundDevices> makeSilentSound(const SoundRequest& request) {
+  return std::make_unique<SilentSound>(std::make_unique<NullDiscPlayer>(openDisc(request)));
+}
+
 class MachineSound : public SoundDevices {
  public:
   MachineSound(std::unique_ptr<AudioOutput> output, const SoundRequest& request)
-      : mixer_(output->framesPerSecond(), *request.volumes), output_(std::move(output)) {
+      : mixer_(output->framesPerSecond(), *request.volumes),
+        disc_(openDisc(request), output->framesPerSecond()),
+        output_(std::move(output)) {
     openMidi(request);
+    mixer_.setDisc(&disc_);
     output_->start(mixer_);
   }
 
@@ -26,7 +41,7 @@ class MachineSound : public SoundDevices {
   MidiOutput* midi() override {
     return port_ ? port_.get() : static_cast<MidiOutput*>(synthesiser_.get());
   }
-  DiscPlayer* disc() override { return nullptr; }
+  DiscPlayer* disc() override { return &disc_; }
 
  private:
   void openMidi(const SoundRequest& request) {
@@ -45,18 +60,19 @@ class MachineSound : public SoundDevices {
   std::unique_ptr<MidiOutput> port_;
   std::unique_ptr<Synthesiser> synthesiser_;
   SoundMixer mixer_;
+  MixerDisc disc_;
   std::unique_ptr<AudioOutput> output_;  ///< the first to go: it asks the others for samples
 };
 
 }  // namespace
 
 std::unique_ptr<SoundDevices> makeMachineSound(const SoundRequest& request) {
-  if (request.silent) return std::make_unique<SilentSound>();
+  if (request.silent) return makeSilentSound(request);
   std::string whyNot;
   auto output = openAudioOutput(whyNot);
   if (output) return std::make_unique<MachineSound>(std::move(output), request);
   request.notice(whyNot + " The game goes on in silence.");
-  return std::make_unique<SilentSound>();
+  return makeSilentSound(request);
 }
 
 }  // namespace qv
