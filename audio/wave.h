@@ -7,8 +7,8 @@
 
 #include <atomic>
 #include <cstdint>
-#include <vector>
 
+#include "audio/wave_file.h"
 #include "foundation/event.h"
 #include "foundation/string.h"
 #include "foundation/thread.h"
@@ -20,9 +20,11 @@ class QVAnimationArea;
 
 class QVWave {
  public:
+  static constexpr uint32_t JoinMillis = 6000;  ///< how long a playback may take to end
+
   /// Asks the services for the device; a machine without one is told in a box, once.
   QVWave();
-  virtual ~QVWave();
+  virtual ~QVWave();  ///< stops
   QVWave(const QVWave&) = delete;
   QVWave& operator=(const QVWave&) = delete;
 
@@ -31,17 +33,62 @@ class QVWave {
   /// how often. With `stopFirst` what sounds is cut, otherwise its end is waited for. `mouth` moves
   /// with the sound, and is put back at its end; may be null.
   void play(const char* path, uint32_t loops, bool stopFirst, QVAnimationArea* mouth);
+  /// Returns when the playback has ended, or has not within JoinMillis.
   void stop();
   void wait(int32_t timeoutMillis = -1);  ///< -1: for ever
-  bool isPlaying() const;
+  /// True from the start of a playback's thread to its end.
+  bool isPlaying() const { return playing_; }
+  /// Takes the file's format and samples; false when they cannot be had. The playback's thread, or
+  /// any other while there is none.
   bool loadWave(const char* path);
-  /// An area that is about to go moves no longer; returns when nothing uses it.
+  /// An area that is about to go, or with null any area, moves no longer with the sound; returns
+  /// when nothing uses it. The caller may hold the manager's lock.
   void forget(const QVAnimationArea* mouth);
 
   bool available() const { return available_; }
+  /// What sounds now; empty when nothing does. A copy.
+  QVString currentPath() const;
+  /// Set while nothing sounds, and by a stop: for waits on the end beside other things. A wait that
+  /// ends by it goes on with `wait`.
+  Event& done() { return done_.handle(); }
+  void setShowErrors(bool show) { showErrors_ = show; }
+  void setShowWaitTimeout(bool show) { showWaitTimeout_ = show; }
+  /// Called last by each playback's thread.
+  void setOnFinished(void (*onFinished)(uint32_t), uint32_t argument);
 
  private:
+  static void playThread(void* wave);
+  void startPlayback();
+  bool openDevice();
+  void finishPlayback();
+  void dropSamples();
+  void report(const char* text, const char* title) const;
+  bool startThread(const char* path, uint32_t loops, QVAnimationArea* mouth);
+
+  WaveOutput* output_ = nullptr;
   bool available_ = false;
+  std::atomic<bool> showErrors_ = true;
+  std::atomic<bool> showWaitTimeout_ = true;
+  QVEvent started_;  ///< set while no playback is about to begin
+  QVEvent done_;     ///< set by the device at the end, and by who wants a stop
+  QVEvent idle_;     ///< set while no playback's thread runs
+  std::atomic<bool> playing_ = false;
+  std::atomic<bool> stopRequested_ = false;  ///< of this playback
+  void (*onFinished_)(uint32_t) = nullptr;
+  uint32_t onFinishedArgument_ = 0;
+
+  mutable Lock lock_;  ///< guards the start of a thread, and path_; taken before the other
+  QVString path_;
+  Lock mouthLock_;  ///< guards mouth_, and is held while the mouth is started and stopped
+  QVAnimationArea* mouth_ = nullptr;
+
+  // The playback's thread alone, from its start to its end.
+  uint32_t loops_ = 1;
+  WaveFile file_;
+  bool loaded_ = false;
+  bool open_ = false;  ///< the device
+
+  QVThread thread_;  ///< the last to be made, the first to go
 };
 
 }  // namespace qv

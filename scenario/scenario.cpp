@@ -122,7 +122,9 @@ SceneFunction QVScenario::RestoreState(QVFile& file, void (*callback)(), int32_t
     if (releaseAll) {
       destroyWindows(TypeFrame);
       destroyWindows(TypeView);
+      wave_.forget(nullptr);
       objects_.clear();
+      wave_.stop();
       stopSong();
     }
     if (callback) callback();
@@ -133,11 +135,13 @@ SceneFunction QVScenario::RestoreState(QVFile& file, void (*callback)(), int32_t
 
 int32_t QVScenario::Release() {
   const std::lock_guard guard(lock_);
+  wave_.stop();
   stopSong();
   stopAnimations();
   destroyWindows(TypeFrame);
   destroyWindows(TypeReleasedWindow);
   destroyWindows(TypeView);
+  wave_.forget(nullptr);
   objects_.clear();
   return 0;
 }
@@ -221,6 +225,8 @@ void QVScenario::DestroyObject(const char* name) {
       for (const auto& object : objects_)
         for (const void* member : {(*place)->native(), (*place)->sequence()})
           if (member) object->forget(member);
+      if ((*place)->typeCode() == TypeAnimationArea && (*place)->native())
+        wave_.forget(static_cast<QVAnimationArea*>((*place)->native()));
       objects_.erase(place);
       return;
     }
@@ -292,15 +298,6 @@ int32_t QVScenario::WaitInput(const char* hitretName, int32_t time) {
   // A hitret that does not exist answers nothing.
   if (!host_ || hitretName) return 0;
   return host_->WaitForInput(time, 0, 0);
-}
-
-void QVScenario::WaitSound(int32_t tenths) {
-  if (!host_) return;
-  if (tenths == ChannelMidi) return waitSong();
-  // The wave player is silent: it has always ended.
-  if (tenths == ChannelWave) return;
-  constexpr uint32_t TenthMillis = 100;
-  if (tenths > 0) host_->SleepUnlessAborted(scaledMillis(tenths, TenthMillis));
 }
 
 }  // namespace qv

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "audio/midi.h"
+#include "audio/wave.h"
 #include "foundation/string.h"
 #include "graphics/colour_key.h"
 #include "platform/kernel/kernel.h"
@@ -129,6 +130,21 @@ class QVScenario {
   /// 1 when there is a MIDI device. With `caps` it is described there, and 0 leaves that alone.
   int32_t MidiDeviceCaps(MidiCaps* caps);
 
+  // Sounds (sounds.cpp). A channel is ChannelWave or ChannelMidi; any other does nothing.
+
+  /// Starts a wave: `loops` 0 for ever, else how often. Without `stopFirst` it waits for the end of
+  /// what sounds, or for the abort, and then starts nothing. `areaName` names an animation area
+  /// that moves with it; null, or the name of anything else, none.
+  void PlayWave(const char* path, uint32_t loops, int32_t stopFirst, const char* areaName);
+  void StopSound(int32_t channel);
+  /// Tenths of a second, or the channel whose end is waited for. Raises on abort.
+  void WaitSound(int32_t tenths);
+  /// A song that fades does not count.
+  bool IsSoundPlaying(int32_t channel);
+  /// Songs alone can fade; one that fades in loops.
+  void FadeInSound(int32_t channel, const char* path, uint32_t millis);
+  void FadeOutSound(int32_t channel, uint32_t millis);
+
   /// Registers, scene name and song to an open file, then the system file is rewritten.
   void SaveState(QVFile& file);
   /// The reverse; gives the scene that the file names, or nothing. `callback` is called with the
@@ -143,13 +159,12 @@ class QVScenario {
 
   /// Without a hitret name the host's input wait, `time` in tenths of a second.
   int32_t WaitInput(const char* hitretName, int32_t time);
-  /// Tenths of a second, or the name of a player whose end is waited for. Raises on abort.
-  void WaitSound(int32_t tenths);
   uint32_t Random(uint32_t limit);
   /// Makes a file the font of external characters; null puts the player's own back.
   void SetExternalFont(const char* fileName, int32_t unused = 0);
 
   ScenarioHost* host() const { return host_; }
+  QVWave& wave() { return wave_; }
   QVMidi& midi() { return midi_; }
   // The register files themselves, for who looks at them from outside while a scene waits.
   QVReg& registers() { return registers_; }
@@ -182,6 +197,7 @@ class QVScenario {
   QVString sceneName_;
   QVReg registers_;
   QVStrReg strings_;
+  QVWave wave_;
   QVMidi midi_;
   QVString defaultFont_;
   QVString currentFont_;

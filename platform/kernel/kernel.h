@@ -33,6 +33,7 @@ enum class LockRank : int {
   SceneGate = 5,    ///< the host's hold on a scene that waits, while it looks at the game
   Manager = 10,     ///< the manager's object list
   PrintArea = 20,   ///< one print area
+  Wave = 22,        ///< the wave channel, whose mouth is an animation
   Animation = 25,   ///< start and stop of one animation or song, which waits for its thread
   Object = 30,      ///< any other engine object
   WindowList = 40,  ///< the host's list of window objects

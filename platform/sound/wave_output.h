@@ -21,6 +21,17 @@ struct WaveFormat {
 };
 
 inline constexpr uint32_t PlayForever = 0xFFFFFFFFu;
+/// Beyond these no device of the classic platform went either.
+inline constexpr uint32_t LeastSamplesPerSecond = 1000, MostSamplesPerSecond = 192000;
+
+/// Whether the numbers fit each other and mean something that can be heard.
+inline constexpr bool isPlayable(const WaveFormat& format) {
+  return (format.channels == 1 || format.channels == 2) &&
+         (format.bitsPerSample == 8 || format.bitsPerSample == 16) &&
+         format.blockBytes == format.channels * format.bitsPerSample / 8 &&
+         format.samplesPerSecond >= LeastSamplesPerSecond &&
+         format.samplesPerSecond <= MostSamplesPerSecond;
+}
 
 class WaveOutput {
  public:
@@ -28,10 +39,12 @@ class WaveOutput {
   /// Whether there is a device at all; does not change.
   virtual bool available() const = 0;
   /// False when the device is taken or the format cannot be played. `done` stays the caller's: it
-  /// is set once by the opening itself, and once when a written buffer has been played to its end.
+  /// is set by the opening itself before `open` returns, and once when a written buffer has been
+  /// played to its end.
   virtual bool open(const WaveFormat& format, Event& done) = 0;
   /// Plays the bytes `times` times, PlayForever without end. The bytes stay the caller's, who keeps
-  /// them until `reset` or `close` has returned. Bytes behind the last whole block are not played.
+  /// them until `reset` or `close` has returned. Bytes behind the last whole block are not played;
+  /// no whole block at all has ended at once, however often it is played.
   virtual bool write(std::span<const uint8_t> bytes, uint32_t times) = 0;
   /// Silence at once; when it returns, the bytes are not read any more.
   virtual void reset() = 0;

@@ -33,6 +33,8 @@ SceneFunction startStory(ScenarioHost* host, const StoryStart& story) {
   manager.Start(host, story.applicationName, RegisterCount, StringRegisterCount,
                 SystemRegisterCount);
   setTheScenario(&manager);
+  // Who waits for a voice that does not end has seen enough of it.
+  manager.wave().setShowWaitTimeout(false);
   ResumeScene = {};
   Reg(ResumePendingRegister) = 0;
   manager.SetExternalFont(ExternalFont);

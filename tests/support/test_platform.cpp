@@ -45,8 +45,11 @@ TestPlatform::TestPlatform(bool disc, std::unique_ptr<Kernel> kernel)
   files_ =
       std::make_unique<FileSystem>(FileRoots{game(), player(), disc ? this->disc() : fs::path{}});
   settings_ = std::make_unique<SettingsStore>(player() / "settings.toml");
-  services_ = std::make_unique<ServicesScope>(
-      Services{.files = files_.get(), .settings = settings_.get(), .dialogs = &dialogs});
+  wave_ = std::make_unique<NullWaveOutput>(NullWaveOutput::Keep::Everything);
+  services_ = std::make_unique<ServicesScope>(Services{.files = files_.get(),
+                                                       .settings = settings_.get(),
+                                                       .dialogs = &dialogs,
+                                                       .wave = wave_.get()});
 }
 
 TestPlatform::~TestPlatform() = default;

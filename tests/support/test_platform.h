@@ -1,7 +1,7 @@
 #pragma once
 
 /// What most tests stand on: a kernel, a game folder and a player's folder that vanish with the
-/// test, and boxes that are recorded and answered from a list.
+/// test, boxes that are recorded and answered from a list, and sound devices that only keep time.
 
 #include <deque>
 #include <filesystem>
@@ -14,6 +14,7 @@
 #include "platform/kernel/kernel.h"
 #include "platform/services.h"
 #include "platform/settings/settings_store.h"
+#include "platform/sound/null_wave_output.h"
 
 namespace qv::testing {
 
@@ -59,6 +60,9 @@ class TestPlatform {
   void writeFile(const std::filesystem::path& path, std::string_view bytes) const;
   std::string readFile(const std::filesystem::path& path) const;
 
+  /// The wave device, which keeps all that it is sent.
+  NullWaveOutput& wave() { return *wave_; }
+
   RecordingDialogs dialogs;
 
  private:
@@ -66,6 +70,7 @@ class TestPlatform {
   KernelScope kernel_;
   std::unique_ptr<FileSystem> files_;
   std::unique_ptr<SettingsStore> settings_;
+  std::unique_ptr<NullWaveOutput> wave_;
   std::unique_ptr<ServicesScope> services_;
 };
 

@@ -93,6 +93,7 @@ std::span<const Kind> paletteKinds();
 std::span<const Kind> registerKinds();
 std::span<const Kind> saveKinds();
 std::span<const Kind> sequenceKinds();
+std::span<const Kind> soundKinds();
 std::span<const Kind> stringKinds();
 std::span<const Kind> surfaceKinds();
 std::span<const Kind> viewKinds();

@@ -43,7 +43,7 @@ const std::vector<Topic>& topics() {
        {"date_rule", "load_screen_marks", "newest_quick", "quick_load_file", "quick_rotation",
         "slots"}},
       {"midi", midiKinds(), {}},
-      {"sound", {}, {"effect_labels", "effect_table", "sequence", "song_files"}},
+      {"sound", soundKinds(), {}},
       {"layout", {}, {"home", "no_line_start", "outline_order", "print_text", "set_position"}},
       {"message",
        {},
