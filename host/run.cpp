@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "host/box_desk.h"
+#include "host/frame_folder.h"
 #include "host/game_host.h"
 #include "host/module_loader.h"
 #include "host/play_script.h"
@@ -30,11 +31,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t MostScriptBytes = 64u << 20;
-
-int complain(int status, const std::string& sentence) {
-  std::fprintf(stderr, "qvrun: %s\n", sentence.c_str());
-  return status;
-}
 
 /// Reads and checks the play script; false with a sentence.
 bool readScript(const fs::path& file, std::vector<ScriptLine>& lines, std::string& whyNot) {
@@ -86,6 +82,11 @@ fs::path discFolder(const Options& options) {
   return fs::is_directory(own, error) ? own : fs::path{};
 }
 
+int complain(const Options& options, int status, const std::string& sentence) {
+  std::fprintf(stderr, "%s: %s\n", options.program.c_str(), sentence.c_str());
+  return status;
+}
+
 /// The run once kernel and module stand: everything below lives inside one call.
 class Run {
  public:
@@ -95,7 +96,10 @@ class Run {
  private:
   bool prepare(std::string& whyNot);
   std::unique_ptr<Display> openDisplay(const std::string& title, std::string& whyNot) const;
-  int status(const UiLoop& loop, const RunResult& result) const;
+  int status(const UiLoop& loop, const RunResult& result, const Display& display) const;
+  int complain(int status, const std::string& sentence) const {
+    return qv::complain(options_, status, sentence);
+  }
 
   const Options& options_;
   LoadedModule& module_;
@@ -127,9 +131,13 @@ bool Run::prepare(std::string& whyNot) {
 }
 
 std::unique_ptr<Display> Run::openDisplay(const std::string& title, std::string& whyNot) const {
+  if (!options_.frames.empty()) return std::make_unique<FrameFolder>(options_.frames);
   if (options_.headless) return std::make_unique<HeadlessDisplay>();
-  return makeWindowDisplay(
-      {.title = title, .scaling = options_.scaling, .fullScreen = options_.fullScreen}, whyNot);
+  return makeWindowDisplay({.title = title,
+                            .scaling = options_.scaling,
+                            .fullScreen = options_.fullScreen,
+                            .scale = options_.scale},
+                           whyNot);
 }
 
 int Run::play() {
@@ -173,7 +181,7 @@ int Run::play() {
     host.queue.post({MessageScenarioEnded, 0, 0});
   });
   loop.run();
-  const int exitStatus = status(loop, result);
+  const int exitStatus = status(loop, result, *display);
   if (!scenario.join(loop.scenarioEnded() ? WaitForever : 0)) {
     // A scene that does not come back holds on to the module: the process leaves around it.
     complain(exitStatus, "A scene did not end in time and is left behind.");
@@ -183,10 +191,12 @@ int Run::play() {
   return exitStatus;
 }
 
-int Run::status(const UiLoop& loop, const RunResult& result) const {
+int Run::status(const UiLoop& loop, const RunResult& result, const Display& display) const {
   if (!loop.failure().empty()) return complain(StatusFailed, loop.failure());
   if (loop.scenarioEnded() && result.end == RunResult::End::Failed)
     return complain(StatusFailed, "The game ended with an error: " + result.what);
+  const auto* const frames = dynamic_cast<const FrameFolder*>(&display);
+  if (frames && !frames->complaint().empty()) return complain(StatusFailed, frames->complaint());
   return StatusGood;
 }
 
@@ -195,11 +205,11 @@ int Run::status(const UiLoop& loop, const RunResult& result) const {
 int runGame(const Options& options) {
   std::error_code error;
   if (!fs::is_directory(options.game, error))
-    return complain(StatusUsage, "There is no game folder " + options.game.string() + ".");
+    return complain(options, StatusUsage, "There is no game folder " + options.game.string() + ".");
   const KernelScope kernel(makeKernel(options));
   LoadedModule module;
   std::string whyNot;
-  if (!module.load(options.game, whyNot)) return complain(StatusUsage, whyNot);
+  if (!module.load(options.game, whyNot)) return complain(options, StatusUsage, whyNot);
   return Run(options, module).play();
 }
 

@@ -14,5 +14,6 @@ void addSldCommands(CLI::App& program);
 void addBmpCommands(CLI::App& program);
 void addPaletteCommands(CLI::App& program);
 void addMapCommands(CLI::App& program);
+void addReelCommand(CLI::App& program);
 
 }  // namespace qv::tool

@@ -26,6 +26,7 @@ int main(int count, char** arguments) {
   qv::tool::addBmpCommands(program);
   qv::tool::addPaletteCommands(program);
   qv::tool::addMapCommands(program);
+  qv::tool::addReelCommand(program);
   try {
     program.parse(count, arguments);
   } catch (const CLI::Success& help) {
@@ -36,6 +37,8 @@ int main(int count, char** arguments) {
   } catch (const qv::tool::Failure& failure) {
     std::fprintf(stderr, "qvtool: %s\n", failure.what());
     return Failed;
+  } catch (const qv::tool::ToldFailure& told) {
+    return told.status;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "qvtool: %s\n", error.what());
     return Failed;
