@@ -32,7 +32,19 @@ bool InputDesk::offer(const DisplayEvent& event) {
   const bool forBox = boxes_.handle(event, &answered);
   if (answered) recorder_.answered(*answered);
   if (forBox) drag_.end();
-  return forBox || drag_.take(event) || offerToWait(event);
+  return forBox || offerToFrame(event) || offerToWait(event);
+}
+
+bool InputDesk::offerToFrame(const DisplayEvent& event) {
+  const bool dragged = drag_.dragging();
+  if (!drag_.take(event)) return false;
+  if (!dragged && drag_.dragging()) {
+    GameHost::Gate gate(host_);
+    dragBegin_ = {event.x, event.y, gate.sceneWaits() ? gate.waitOrdinal() : 0};
+  }
+  if (dragged && !drag_.dragging() && event.kind == DisplayEvent::Kind::ButtonUp)
+    recorder_.dragged(dragBegin_.x, dragBegin_.y, event.x, event.y, dragBegin_.waitOrdinal);
+  return true;
 }
 
 void InputDesk::trackPointer(const DisplayEvent& event) {

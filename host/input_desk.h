@@ -33,6 +33,7 @@ class InputDesk {
 
  private:
   void trackPointer(const DisplayEvent& event);
+  bool offerToFrame(const DisplayEvent& event);
   bool offerToWait(const DisplayEvent& event);
 
   struct HeldPress {
@@ -43,6 +44,11 @@ class InputDesk {
   BoxDesk& boxes_;
   Recorder& recorder_;
   FrameDrag drag_;
+  struct DragBegin {
+    int x, y;
+    uint32_t waitOrdinal;  ///< of the wait that stood; 0: none
+  };
+  DragBegin dragBegin_{};
   std::optional<HeldPress> held_;  ///< the newest alone
 };
 

@@ -19,6 +19,7 @@ struct ScriptLine {
     Move,
     Click,
     Right,
+    Drag,
     Wheel,
     Key,
     Type,
@@ -39,7 +40,8 @@ struct ScriptLine {
   int number = 0;            ///< line number in the file, from 1
   std::string source;        ///< the line as written
 
-  int x = 0, y = 0;          ///< move, click, right, pixel; wheel: y 1 up, -1 down
+  int x = 0, y = 0;          ///< move, click, right, drag, pixel; wheel: y 1 up, -1 down
+  int toX = 0, toY = 0;      ///< drag
   bool hasPosition = false;  ///< right
   int key = 0;               ///< virtual key code
   uint32_t millis = 0;       ///< sleep

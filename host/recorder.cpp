@@ -23,6 +23,13 @@ void Recorder::taken(const DisplayEvent& event, uint32_t waitOrdinal) {
   if (!text.empty()) write("@" + std::to_string(waitOrdinal) + " " + text);
 }
 
+void Recorder::dragged(int fromX, int fromY, int toX, int toY, uint32_t waitOrdinal) {
+  std::string line = waitOrdinal ? "@" + std::to_string(waitOrdinal) + " drag" : "now drag";
+  for (const int number : {fromX, fromY, toX, toY})
+    line += " " + std::to_string(number);
+  write(line);
+}
+
 void Recorder::answered(BoxAnswer answer) {
   switch (answer) {
     case BoxAnswer::Ok:

@@ -23,6 +23,9 @@ class Recorder {
 
   /// An input that a wait has taken.
   void taken(const DisplayEvent& event, uint32_t waitOrdinal);
+  /// A window was dragged by its caption from one place of the pointer to another, while that wait
+  /// stood, or none (0).
+  void dragged(int fromX, int fromY, int toX, int toY, uint32_t waitOrdinal);
   /// The state of the window, whatever the game is doing.
   void minimised() { write("now minimise"); }
   void restored() { write("now restore"); }

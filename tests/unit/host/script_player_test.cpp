@@ -56,6 +56,8 @@ class FakeStage : public ScriptStage {
         return "move";
       case DisplayEvent::Kind::ButtonDown:
         return event.button == PointerButton::Left ? "press" : "right";
+      case DisplayEvent::Kind::ButtonUp:
+        return "release";
       case DisplayEvent::Kind::KeyDown:
         return "key " + std::to_string(event.key);
       case DisplayEvent::Kind::Minimised:
@@ -121,6 +123,21 @@ TEST_F(ScriptPlayerTest, NowDoesNotWait) {
   stage.window = true;
   script.step();
   EXPECT_EQ(stage.log, Log({"handle minimise", "handle key 13", "handle move", "handle press"}));
+}
+
+TEST_F(ScriptPlayerTest, ADragIsAPressAMoveAndARelease) {
+  ScriptPlayer script = player("now drag 1 2 3 4\ndrag 5 6 7 8");
+  stage.window = true;
+  script.step();
+  const Log drag{"handle move", "handle press", "handle move", "handle release"};
+  EXPECT_EQ(stage.log, drag);
+  stage.log.clear();
+  stage.waits = true;
+  script.step();
+  EXPECT_EQ(stage.log.front(), "pointer 5 6");
+  EXPECT_EQ(Log(stage.log.begin() + 1, stage.log.end() - 1), drag);
+  EXPECT_EQ(stage.log.back(), "pointer 7 8");
+  EXPECT_TRUE(stage.waits) << "a drag answers no wait";
 }
 
 TEST_F(ScriptPlayerTest, AnInputForAPastWaitFailsTheRun) {
