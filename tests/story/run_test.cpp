@@ -5,19 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/story/story_host.h"
 #include "tests/support/process.h"
 #include "tests/support/test_platform.h"
 
 namespace qv::testing {
 namespace {
-
-const std::string Stories = QV_OUTPUT_DIR "/test-stories/";
-
-/// A static build has the scenes of each story in a host program of its own.
-std::string hostOf(const std::string& story) {
-  const std::string host = QV_BIN_DIR "/qvrun";
-  return QV_ONE_EXECUTABLE ? host + "-" + story : host;
-}
 
 class RunTest : public ::testing::Test {
  protected:
