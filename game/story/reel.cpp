@@ -162,7 +162,7 @@ void scrolling() {
   theScenario->DrawTo("cg.view", "cg\\KBA015.mcg", 0, 0, 0, 0, 0, 0);
   takeOwnColours(screen(), "cg\\KSC001.mcg");
   ScrollStage stage(screenView());
-  constexpr int32_t CloudHeight = 160, Ticks = 120;
+  constexpr int32_t CloudHeight = 120, Ticks = 120;
   stage.put(0, {.surface = &sky, .place = Rectangle::at(0, 0, Width, CloudHeight)});
   stage.put(1, {.surface = &clouds,
                 .place = Rectangle::at(0, 0, Width, CloudHeight),
@@ -177,7 +177,7 @@ void scrolling() {
 }
 
 void fades() {
-  theScenario->DrawTo("cg.view", "cg\\KAI001.mcg", 0, 0, 0, 0, 0, 0, 3);
+  theScenario->DrawTo("cg.view", "cg\\KAI001.mcg", 0, 0, 0, 0, 0, 0, 44);
   look(8);
   theScenario->FadeView("cg.view", 16, 255, 0);
   theScenario->DrawTo("cg.view", "dat\\QVlogo.mcg", 0, 0, 0, 0, 0, 0, 5);
