@@ -57,6 +57,7 @@ class UiLoop : private ScriptStage {
   void beginAbort();
   bool overdue() const;
   uint32_t waitMillis() const;
+  bool awaitPictures();
   void refreshFrame(bool whole);
   void composeNow();
 
@@ -84,9 +85,11 @@ class UiLoop : private ScriptStage {
   InputDesk input_;
   std::optional<ScriptPlayer> script_;
   Frame frame_;                ///< what is shown: the composed windows with the boxes over them
-  bool dirty_ = true;          ///< the whole frame is to be presented
-  bool presentWaits_ = false;  ///< for the display's rate
+  bool dirty_ = false;         ///< the whole frame is to be presented
+  bool presentWaits_ = false;  ///< for the display's rate, or for pictures in new windows
   uint32_t presentTick_ = 0;
+  uint32_t newWindowTick_ = 0;  ///< when new windows were first seen
+  bool newWindows_ = false;
   bool scenarioEnded_ = false;
   bool failureSeen_ = false;
   bool aborting_ = false;

@@ -360,14 +360,13 @@ TEST_F(RunTest, EveryFrameCanBeKeptAsAPicture) {
   for (const auto& entry : std::filesystem::directory_iterator(frames))
     names.push_back(entry.path().filename().string());
   std::sort(names.begin(), names.end());
-  ASSERT_EQ(names.size(), 3u) << "the empty screen, the box, the empty screen";
+  ASSERT_EQ(names.size(), 2u) << "the box, the empty screen";
   EXPECT_EQ(names.front(), "0001-0ms.png");
   const auto pixels = [&](const std::string& name) {
     return readWhole(std::filesystem::path(frames) / name);
   };
   EXPECT_NE(pixels(names[0]), pixels(names[1]));
-  EXPECT_EQ(pixels(names[0]), pixels(names[2]));
-  const ProcessResult result = play("trouble", "quit\n", {"--frames", "/proc/nowhere"});
+  const ProcessResult result = play("trouble", "key 1\nanswer ok\nquit\n", {"--frames", "/proc/nowhere"});
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.errors.find("/proc/nowhere/0001-0ms.png"), std::string::npos) << result.errors;
 }

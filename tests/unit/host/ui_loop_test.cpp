@@ -108,6 +108,34 @@ TEST_F(UiLoopTest, WhatIsFlushedComesToTheDisplay) {
   });
 }
 
+TEST_F(UiLoopTest, AWindowThatOpensIsShownWithItsFirstPicture) {
+  run([this] {
+    EXPECT_EQ(display.presents(), 0u) << "an empty screen is no frame";
+    HostWindowObject* view = make("cg.view", ScreenRectangle);
+    sleepMillis(2);
+    const uint32_t opened = tickCount();
+    fill(view, RedIndex);
+    while (display.presents() == 0)
+      sleepMillis(1);
+    EXPECT_LE(tickCount() - opened, 2u) << "its picture waits for nothing";
+    EXPECT_EQ(shownAt(0, 0), Red);
+    EXPECT_EQ(display.presents(), 1u);
+  });
+}
+
+TEST_F(UiLoopTest, AWindowThatStaysEmptyIsShownAFrameLater) {
+  run([this] {
+    make("cg.view", ScreenRectangle);
+    sleepMillis(UiLoop::PresentMillis / 2);
+    EXPECT_EQ(display.presents(), 0u);
+    sleepMillis(UiLoop::PresentMillis);
+    EXPECT_EQ(display.presents(), 1u);
+    EXPECT_EQ(shownAt(320, 240), 0u);
+    settle();
+    EXPECT_EQ(display.presents(), 1u);
+  });
+}
+
 TEST_F(UiLoopTest, WhatIsOnlyInvalidatedIsPaintedByTheUiThread) {
   run([this] {
     HostWindowObject* view = make("cg.view", ScreenRectangle);
