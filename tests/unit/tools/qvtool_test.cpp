@@ -1,6 +1,7 @@
 // The built program, as an author runs it.
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -406,6 +407,66 @@ TEST_F(QvTool, HelpsWithEveryCommandAndRefusesBadUsage) {
     EXPECT_NE(result.errors.find("See qvtool --help.\n"), std::string::npos) << result.errors;
     EXPECT_EQ(result.output, "");
   }
+}
+
+TEST_F(QvTool, GivesPicturesOfASetTheSameColoursWhicheverIsEncoded) {
+  // Two drawings that alone would come to quite other colours.
+  writeSvg("warm.svg",
+           "<rect width='70%' height='100%' fill='#c04020'/><rect width='30%' height='50%' "
+           "fill='#f0c060'/>",
+           "width=\"40\" height=\"20\"");
+  writeSvg("cold.svg", Gradient, "width=\"60\" height=\"30\"");
+  writeSvg("third.svg", "<circle cx='10' cy='10' r='8' fill='#3060d0'/>",
+           "width=\"20\" height=\"20\"");
+  const std::vector<std::string> names{"warm", "cold", "third"};
+  std::vector<QVDib> pictures;
+  for (const std::string& name : names) {
+    std::vector<std::string> arguments{"mcg",    "encode",     at(name + ".svg"),
+                                       at(name), "--entries",  "20-35",
+                                       "--fix",  "21=#102030", "--no-statics"};
+    // Named in another order by each.
+    for (auto other = names.rbegin(); other != names.rend(); ++other)
+      if (*other != name) {
+        arguments.push_back("--palette-of");
+        arguments.push_back(at(*other + ".svg"));
+      }
+    arguments.insert(arguments.end(), {"--key-transparent", "20"});
+    EXPECT_EQ(run(arguments).status, 0);
+    pictures.push_back(load(name));
+  }
+  for (const QVDib& picture : pictures) {
+    ASSERT_EQ(picture.colours().size(), 256u);
+    EXPECT_EQ(picture.colours()[21] & 0xFFFFFF, 0x102030u);
+    for (size_t entry = 0; entry < 256; ++entry) {
+      EXPECT_EQ(picture.colours()[entry], pictures[0].colours()[entry]) << entry;
+      EXPECT_EQ(picture.PaletteUseTable[entry], pictures[0].PaletteUseTable[entry]) << entry;
+    }
+  }
+  // What each picture is made of stands in the common table.
+  const auto nearest = [&](uint32_t wanted) {
+    int best = 1000;
+    for (size_t entry = 20; entry < 36; ++entry) {
+      const uint32_t colour = pictures[0].colours()[entry];
+      int distance = 0;
+      for (const int shift : {0, 8, 16})
+        distance += std::abs(static_cast<int>(colour >> shift & 255) -
+                             static_cast<int>(wanted >> shift & 255));
+      best = std::min(best, distance);
+    }
+    return best;
+  };
+  for (const uint32_t colour : {0xC04020u, 0xF0C060u, 0x3060D0u})
+    EXPECT_LT(nearest(colour), 12) << colour;
+  // By itself a picture comes to other colours.
+  EXPECT_EQ(run({"mcg", "encode", at("warm.svg"), at("alone"), "--entries", "20-35", "--fix",
+                 "21=#102030", "--no-statics", "--key-transparent", "20"})
+                .status,
+            0);
+  EXPECT_FALSE(std::ranges::equal(load("alone").colours(), pictures[0].colours()));
+  const ProcessResult missing =
+      run({"mcg", "encode", at("warm.svg"), at("x"), "--palette-of", at("none.svg")});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_NE(missing.errors.find("none.svg"), std::string::npos) << missing.errors;
 }
 
 /// Two cards of one colour each, in entries of their own, and what `reel` made of them.
