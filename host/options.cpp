@@ -18,6 +18,8 @@ std::optional<int> readOptions(int argc, char** argv, const char* version, Optio
   const CLI::Option* simulate = app.add_option(
       "--simulate", seed, "simulated time and threads from this seed; no window, no device");
   app.add_option("--shots", options.shots, "where the play script's pictures go");
+  app.add_option("--frames", options.frames,
+                 "keep every frame in this folder; no window, no device");
   app.add_option("--trace", options.trace, "write what happens, a line each, to this file");
   app.add_option("--user", options.user, "the player's folder, for saves and settings");
   app.add_option("--disc", options.disc, "the folder of the data disc");
@@ -54,6 +56,7 @@ std::optional<int> readOptions(int argc, char** argv, const char* version, Optio
     options.simulate = seed;
     options.headless = true;
   }
+  if (!options.frames.empty()) options.headless = true;
   if (wholeFactors) options.scaling = Scaling::WholeFactors;
   return std::nullopt;
 }

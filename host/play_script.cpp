@@ -110,6 +110,14 @@ bool parsePosition(Words& words, ScriptLine& line) {
   return onScreen(words, line);
 }
 
+bool parseDrag(Words& words, ScriptLine& line) {
+  ScriptLine target;
+  if (!onScreen(words, line) || !onScreen(words, target)) return false;
+  line.toX = target.x;
+  line.toY = target.y;
+  return true;
+}
+
 bool parseRight(Words& words, ScriptLine& line) {
   return words.done() || onScreen(words, line);
 }
@@ -216,6 +224,7 @@ constexpr std::array VerbForms{
     VerbForm{"press", Verb::Press, VerbForm::Now::May, parsePosition},
     VerbForm{"release", Verb::Release, VerbForm::Now::May, parsePosition},
     VerbForm{"right", Verb::Right, VerbForm::Now::May, parseRight},
+    VerbForm{"drag", Verb::Drag, VerbForm::Now::May, parseDrag},
     VerbForm{"wheel", Verb::Wheel, VerbForm::Now::May, parseWheel},
     VerbForm{"key", Verb::Key, VerbForm::Now::May, parseKey},
     VerbForm{"type", Verb::Type, VerbForm::Now::May, parseType},

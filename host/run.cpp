@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "host/box_desk.h"
+#include "host/frame_folder.h"
 #include "host/game_host.h"
 #include "host/module_loader.h"
 #include "host/play_script.h"
@@ -33,11 +34,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t MostScriptBytes = 64u << 20;
-
-int complain(int status, const std::string& sentence) {
-  std::fprintf(stderr, "qvrun: %s\n", sentence.c_str());
-  return status;
-}
 
 /// Reads and checks the play script; false with a sentence.
 bool readScript(const fs::path& file, std::vector<ScriptLine>& lines, std::string& whyNot) {
@@ -102,6 +98,11 @@ std::string fontComplaint(const TextRenderer& text) {
          "fonts-ipafont-gothic and fonts-ipafont-mincho bring them.";
 }
 
+int complain(const Options& options, int status, const std::string& sentence) {
+  std::fprintf(stderr, "%s: %s\n", options.program.c_str(), sentence.c_str());
+  return status;
+}
+
 /// The run once kernel and module stand: everything below lives inside one call.
 class Run {
  public:
@@ -116,7 +117,10 @@ class Run {
   bool prepare(std::string& whyNot);
   std::unique_ptr<Display> openDisplay(const std::string& title, std::string& whyNot) const;
   std::unique_ptr<SoundDevices> openSound() const;
-  int status(const UiLoop& loop, const RunResult& result) const;
+  int status(const UiLoop& loop, const RunResult& result, const Display& display) const;
+  int complain(int status, const std::string& sentence) const {
+    return qv::complain(options_, status, sentence);
+  }
 
   const Options& options_;
   LoadedModule& module_;
@@ -154,9 +158,13 @@ bool Run::prepare(std::string& whyNot) {
 }
 
 std::unique_ptr<Display> Run::openDisplay(const std::string& title, std::string& whyNot) const {
+  if (!options_.frames.empty()) return std::make_unique<FrameFolder>(options_.frames);
   if (options_.headless) return std::make_unique<HeadlessDisplay>();
-  return makeWindowDisplay(
-      {.title = title, .scaling = options_.scaling, .fullScreen = options_.fullScreen}, whyNot);
+  return makeWindowDisplay({.title = title,
+                            .scaling = options_.scaling,
+                            .fullScreen = options_.fullScreen,
+                            .scale = options_.scale},
+                           whyNot);
 }
 
 std::unique_ptr<SoundDevices> Run::openSound() const {
@@ -166,7 +174,7 @@ std::unique_ptr<SoundDevices> Run::openSound() const {
        .soundFont = options_.soundFont,
        .midiPort = options_.midiPort,
        .volumes = &volumes_,
-       .notice = [](const std::string& sentence) { complain(StatusGood, sentence); }});
+       .notice = [this](const std::string& sentence) { complain(StatusGood, sentence); }});
 }
 
 int Run::play() {
@@ -217,7 +225,7 @@ int Run::play() {
     host.queue.post({MessageScenarioEnded, 0, 0});
   });
   loop.run();
-  const int exitStatus = status(loop, result);
+  const int exitStatus = status(loop, result, *display);
   if (!scenario.join(loop.scenarioEnded() ? WaitForever : 0)) {
     // A scene that does not come back holds on to the module: the process leaves around it.
     complain(exitStatus, "A scene did not end in time and is left behind.");
@@ -227,10 +235,12 @@ int Run::play() {
   return exitStatus;
 }
 
-int Run::status(const UiLoop& loop, const RunResult& result) const {
+int Run::status(const UiLoop& loop, const RunResult& result, const Display& display) const {
   if (!loop.failure().empty()) return complain(StatusFailed, loop.failure());
   if (loop.scenarioEnded() && result.end == RunResult::End::Failed)
     return complain(StatusFailed, "The game ended with an error: " + result.what);
+  const auto* const frames = dynamic_cast<const FrameFolder*>(&display);
+  if (frames && !frames->complaint().empty()) return complain(StatusFailed, frames->complaint());
   return StatusGood;
 }
 
@@ -239,11 +249,11 @@ int Run::status(const UiLoop& loop, const RunResult& result) const {
 int runGame(const Options& options, const MakeSoundDevices& makeSoundDevices) {
   std::error_code error;
   if (!fs::is_directory(options.game, error))
-    return complain(StatusUsage, "There is no game folder " + options.game.string() + ".");
+    return complain(options, StatusUsage, "There is no game folder " + options.game.string() + ".");
   const KernelScope kernel(makeKernel(options));
   LoadedModule module;
   std::string whyNot;
-  if (!module.load(options.game, whyNot)) return complain(StatusUsage, whyNot);
+  if (!module.load(options.game, whyNot)) return complain(options, StatusUsage, whyNot);
   return Run(options, module, makeSoundDevices).play();
 }
 

@@ -221,8 +221,10 @@ uint32_t UiLoop::waitMillis() const {
   if (aborting_)
     limit =
         std::min(limit, AbortLimitMillis - std::min(AbortLimitMillis, tickCount() - abortTick_));
-  if (presentWaits_)
-    limit = std::min(limit, PresentMillis - std::min(PresentMillis, tickCount() - presentTick_));
+  if (presentWaits_) {
+    const uint32_t since = newWindows_ ? newWindowTick_ : presentTick_;
+    limit = std::min(limit, PresentMillis - std::min(PresentMillis, tickCount() - since));
+  }
   return limit;
 }
 
@@ -233,6 +235,14 @@ void UiLoop::refreshFrame(bool whole) {
   boxes_.draw(frame_);
 }
 
+/// New windows alone are worth no frame until a frame's time has passed.
+bool UiLoop::awaitPictures() {
+  if (host_.compositor.news() != Compositor::News::NewWindows) return false;
+  if (!std::exchange(newWindows_, true)) newWindowTick_ = tickCount();
+  presentWaits_ = tickCount() - newWindowTick_ < PresentMillis;
+  return presentWaits_;
+}
+
 void UiLoop::paint() {
   if (boxes_.takeChanged()) dirty_ = true;
   // A box is task modal: while another thread's is up, the story stands where it next needs us.
@@ -240,7 +250,8 @@ void UiLoop::paint() {
   host_.compositor.beginLook();
   host_.compositor.paintPending();
   presentWaits_ = false;
-  if (!dirty_ && !host_.compositor.changed()) return;
+  if (!dirty_ && (host_.compositor.news() == Compositor::News::Nothing || awaitPictures())) return;
+  newWindows_ = false;
   if (tickCount() - presentTick_ < PresentMillis) {
     presentWaits_ = true;
     host_.compositor.comesBack();
@@ -272,7 +283,7 @@ bool UiLoop::answerBox(BoxAnswer answer) {
 void UiLoop::composeNow() {
   host_.compositor.paintPending();
   // The display still gets what is taken here.
-  if (host_.compositor.changed()) dirty_ = true;
+  if (host_.compositor.news() != Compositor::News::Nothing) dirty_ = true;
   refreshFrame(true);
 }
 

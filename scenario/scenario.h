@@ -132,9 +132,11 @@ class QVScenario {
   void ShowWindow(const char* name, int32_t visible);
   void HoldView(const char* name);
   void ReleaseView(const char* name, int32_t redraw);
-  /// Fills a named surface, or a view, which is then shown.
+  /// Fills a named surface, or a view, which is then shown. A view of 32 bits has no colours of its
+  /// own: the index is one of a new surface's.
   void FillObject(const char* name, int32_t index);
-  /// Gives a surface or a view the colours of a surface, a view or a picture file.
+  /// Gives a surface or a view the colours of a surface, a view or a picture file. A view of 32
+  /// bits neither has colours to give nor takes any.
   void CopyPalette(const char* target, const char* source);
   /// The window's outline from a named surface, which stays as it is.
   void SetClipShape(const char* window, const char* surface, ColourKey key);

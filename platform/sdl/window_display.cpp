@@ -108,7 +108,7 @@ bool WindowDisplay::open(const WindowOptions& options, std::string& whyNot) {
   const uint32_t flags = SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI |
                          (options.fullScreen ? uint32_t{SDL_WINDOW_FULLSCREEN_DESKTOP} : 0u);
   window_ = SDL_CreateWindow(options.title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
-                             ScreenWidth, ScreenHeight, flags);
+                             ScreenWidth * options.scale, ScreenHeight * options.scale, flags);
   if (window_)
     renderer_ = SDL_CreateRenderer(
         window_, -1, isSet("SDL_RENDER_DRIVER") ? 0u : uint32_t{SDL_RENDERER_SOFTWARE});

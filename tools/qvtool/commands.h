@@ -16,5 +16,6 @@ void addPaletteCommands(CLI::App& program);
 void addMapCommands(CLI::App& program);
 void addSongCommands(CLI::App& program);
 void addFontCommands(CLI::App& program);
+void addReelCommand(CLI::App& program);
 
 }  // namespace qv::tool

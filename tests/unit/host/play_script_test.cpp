@@ -38,12 +38,20 @@ TEST(PlayScript, ReadsPointerLines) {
   EXPECT_EQ(only("click 639 0").verb, Verb::Click);
   EXPECT_TRUE(only("right 5 6").hasPosition);
   EXPECT_FALSE(only("right").hasPosition);
+  const ScriptLine drag = only("now drag 10 20 600 400");
+  EXPECT_EQ(drag.verb, Verb::Drag);
+  EXPECT_TRUE(drag.now);
+  EXPECT_EQ(drag.x, 10);
+  EXPECT_EQ(drag.y, 20);
+  EXPECT_EQ(drag.toX, 600);
+  EXPECT_EQ(drag.toY, 400);
   EXPECT_EQ(only("wheel UP").y, 1);
   EXPECT_EQ(only("wheel DOWN").y, -1);
 }
 
 TEST(PlayScript, RefusesPlacesOffTheScreen) {
-  for (const char* text : {"click 640 0", "click 0 480", "move -1 0", "right 10 -3"})
+  for (const char* text : {"click 640 0", "click 0 480", "move -1 0", "right 10 -3",
+                           "drag 640 0 1 1", "drag 1 1 0 480"})
     EXPECT_EQ(complaintOf(text), "line 1: the place lies outside the 640 by 480 screen") << text;
 }
 
