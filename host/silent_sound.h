@@ -3,6 +3,7 @@
 /// Devices that only keep time, for runs without a window and machines without a sound card.
 
 #include "host/sound_devices.h"
+#include "platform/sound/disc_player.h"
 #include "platform/sound/null_midi_output.h"
 #include "platform/sound/null_wave_output.h"
 
