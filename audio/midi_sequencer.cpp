@@ -1,6 +1,7 @@
 #include "audio/midi_sequencer.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <new>
 
@@ -21,7 +22,17 @@ constexpr uint32_t MicrosPerMinute = 60'000'000;
 // A fade sends its volume on every fifth step alone, to all channels at once.
 constexpr uint32_t StepsPerFadeVolume = 5;
 
-constexpr auto Later = [](const auto& a, const auto& b) { return a.tick > b.tick; };
+// A word of the queue: files declare at most 65535 tracks.
+constexpr int TrackBits = 16;
+constexpr uint64_t TrackMask = (uint64_t{1} << TrackBits) - 1;
+constexpr uint64_t MostQueuedTick = (uint64_t{1} << (64 - TrackBits)) - 1;
+// From so many on it is quicker to sort the queue than to put each track into its place.
+constexpr size_t ManyTracks = 32;
+
+uint64_t queueWord(uint64_t tick, uint32_t track) {
+  // Beyond the greatest tick a track waits in the queue's last place, and is looked at too early.
+  return std::min(tick, MostQueuedTick) << TrackBits | track;
+}
 
 /// Ticks that have gone in a time; stands at its greatest value instead of wrapping.
 uint64_t ticksOf(uint64_t beatsPerMinute, uint64_t millis, uint64_t division) {
@@ -125,52 +136,71 @@ void MidiSequencer::queueTracks() {
   queue_.clear();
   for (size_t track = 0; track < tracks_.size(); ++track)
     if (!tracks_[track].finished())
-      queue_.push_back({tracks_[track].due(), static_cast<uint32_t>(track)});
-  std::make_heap(queue_.begin(), queue_.end(), Later);
+      queue_.push_back(queueWord(tracks_[track].due(), static_cast<uint32_t>(track)));
+  std::sort(queue_.begin(), queue_.end(), std::greater<>());
+}
+
+void MidiSequencer::queueTrack(uint32_t index) {
+  const uint64_t word = queueWord(tracks_[index].due(), index);
+  queue_.push_back(word);
+  uint64_t* place = &queue_.back();
+  for (; place != queue_.data() && place[-1] < word; --place)
+    *place = place[-1];
+  *place = word;
 }
 
 void MidiSequencer::advance(uint64_t target) {
+  const uint64_t last = queueWord(target, TrackMask);
+  if (queue_.back() > last) return;
   dueTracks_.clear();
-  while (!queue_.empty() && queue_.front().tick <= target) {
-    std::pop_heap(queue_.begin(), queue_.end(), Later);
-    dueTracks_.push_back(queue_.back().track);
-    queue_.pop_back();
-  }
+  for (; !queue_.empty() && queue_.back() <= last; queue_.pop_back())
+    dueTracks_.push_back(static_cast<uint32_t>(queue_.back() & TrackMask));
   // Within a step the order is track by track, not tick by tick.
-  std::sort(dueTracks_.begin(), dueTracks_.end());
+  if (dueTracks_.size() > 1) std::sort(dueTracks_.begin(), dueTracks_.end());
 
   size_t bytesLeft = MostStepBytes;
-  for (const uint32_t index : dueTracks_) {
-    MidiTrack& track = tracks_[index];
-    while (!track.finished() && track.due() <= target && bytesLeft > 0) {
-      const uint8_t* from = track.cursor();
-      if (!dispatch(track)) return;
-      if (!track.finished()) track.readDelta();
-      bytesLeft -= std::min(bytesLeft, static_cast<size_t>(track.cursor() - from));
-    }
-    if (track.finished()) continue;
-    queue_.push_back({track.due(), index});
-    std::push_heap(queue_.begin(), queue_.end(), Later);
+  for (const uint32_t index : dueTracks_)
+    if (!playTrack(tracks_[index], target, bytesLeft)) return;
+  if (dueTracks_.size() >= ManyTracks) {
+    queueTracks();
+    return;
   }
+  for (const uint32_t index : dueTracks_)
+    if (!tracks_[index].finished()) queueTrack(index);
 }
 
 /// False when the output has stopped the song from within a message.
-bool MidiSequencer::dispatch(MidiTrack& track) {
+bool MidiSequencer::playTrack(MidiTrack& track, uint64_t target, size_t& bytesLeft) {
+  while (track.due() <= target && bytesLeft > 0) {
+    const uint8_t* from = track.cursor();
+    uint32_t message = 0;
+    if (track.takeChannelMessage(message))
+      send(message);
+    else
+      dispatch(track);
+    if (state() == Stopped) return false;
+    if (!track.finished()) track.readDelta();
+    bytesLeft -= std::min(bytesLeft, static_cast<size_t>(track.cursor() - from));
+    if (track.finished()) break;
+  }
+  return true;
+}
+
+void MidiSequencer::dispatch(MidiTrack& track) {
   const uint8_t status = track.readStatus();
   switch (status) {
     case Exclusive:
       dispatchExclusive(track);
       break;
     case ActiveSensing:
-      return true;
+      break;
     case Meta:
       dispatchMeta(track);
-      return true;
+      break;
     default:
       dispatchChannel(track, status);
       break;
   }
-  return state() != Stopped;
 }
 
 void MidiSequencer::dispatchMeta(MidiTrack& track) {
@@ -205,6 +235,7 @@ void MidiSequencer::dispatchExclusive(MidiTrack& track) {
   output_->longMessage({message_.data(), bytes.size() + 1});
 }
 
+/// Near the end of the bytes, and what is no channel message at all.
 void MidiSequencer::dispatchChannel(MidiTrack& track, uint8_t status) {
   uint8_t first = 0, second = 0;
   if (!track.readByte(first)) return;
@@ -212,16 +243,9 @@ void MidiSequencer::dispatchChannel(MidiTrack& track, uint8_t status) {
     case 0x80:
     case 0x90:
     case 0xA0:
+    case ControlChange:
     case 0xE0:
       if (!track.readByte(second)) return;
-      break;
-    case ControlChange:
-      if (!track.readByte(second)) return;
-      if (first == VolumeController) {
-        // One base for all channels: a fade ends with the last value seen in any.
-        baseVolume_ = std::min<int32_t>(second, MostVolume);
-        second = static_cast<uint8_t>(volume());
-      }
       break;
     case 0xC0:
     case 0xD0:
@@ -230,7 +254,18 @@ void MidiSequencer::dispatchChannel(MidiTrack& track, uint8_t status) {
       // System messages, and data bytes before the first status: one byte is gone, nothing is sent.
       return;
   }
-  output_->shortMessage(status | uint32_t{first} << 8 | uint32_t{second} << 16);
+  send(status | uint32_t{first} << 8 | uint32_t{second} << 16);
+}
+
+void MidiSequencer::send(uint32_t channelMessage) {
+  constexpr uint32_t KindAndNumber = 0xFFF0, ValueAt = 16;
+  if ((channelMessage & KindAndNumber) == (ControlChange | VolumeController << 8)) {
+    // One base for all channels: a fade ends with the last value seen in any.
+    baseVolume_ = std::min(static_cast<int32_t>(channelMessage >> ValueAt), MostVolume);
+    channelMessage &= (uint32_t{1} << ValueAt) - 1;
+    channelMessage |= static_cast<uint32_t>(volume()) << ValueAt;
+  }
+  output_->shortMessage(channelMessage);
 }
 
 // --- Fades ---

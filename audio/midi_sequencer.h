@@ -48,18 +48,16 @@ class MidiSequencer {
   void setLoop(uint32_t loop) { loop_ = loop; }
 
  private:
-  struct Due {
-    uint64_t tick;
-    uint32_t track;
-  };
-
   void rewind();
   void queueTracks();
+  void queueTrack(uint32_t index);
   void advance(uint64_t target);
-  bool dispatch(MidiTrack& track);
+  bool playTrack(MidiTrack& track, uint64_t target, size_t& bytesLeft);
+  void dispatch(MidiTrack& track);
   void dispatchMeta(MidiTrack& track);
   void dispatchExclusive(MidiTrack& track);
   void dispatchChannel(MidiTrack& track, uint8_t status);
+  void send(uint32_t channelMessage);
   void fadeStep(uint32_t elapsedMillis);
   int32_t volume() const;
   void sendVolume(int32_t value);
@@ -68,9 +66,10 @@ class MidiSequencer {
   std::atomic<State> state_ = Stopped;
   MidiOutput* output_ = nullptr;
   std::vector<MidiTrack> tracks_;
-  /// A heap of the tracks that are not finished, the earliest tick first: a step looks only at
-  /// those that have something to say.
-  std::vector<Due> queue_;
+  /// A word for each track that is not finished: the tick of its next event and, below that, its
+  /// number. The latest stands first, so that a step looks only at those at the end that have
+  /// something to say, and those that have nothing are never moved.
+  std::vector<uint64_t> queue_;
   std::vector<uint32_t> dueTracks_;
   std::array<uint8_t, LongestMessage> message_{};
 

@@ -40,7 +40,10 @@ class MidiTrack {
   /// The delta time of the next event is added to the tick. Ticks have 64 bits: they do not wrap.
   void readDelta() {
     uint64_t delta = 0;
-    if (!readQuantity(delta)) return;
+    if (cursor_ != end_ && *cursor_ < FirstStatus)
+      delta = *cursor_++;
+    else if (!readQuantity(delta))
+      return;
     due_ += delta;
     // An event has at least its status, or a data byte in its place.
     if (cursor_ == end_) finish();
@@ -51,6 +54,20 @@ class MidiTrack {
   uint8_t readStatus() {
     if (*cursor_ >= FirstStatus) runningStatus_ = *cursor_++;
     return runningStatus_;
+  }
+
+  /// The whole of a channel message at once: status, then data bytes as a MidiOutput takes them.
+  /// False, and nothing is read, for any other event, and where the bytes end soon.
+  bool takeChannelMessage(uint32_t& message) {
+    if (end_ - cursor_ < 3) return false;
+    const uint8_t* at = cursor_;
+    const uint8_t status = *at >= FirstStatus ? *at++ : runningStatus_;
+    if (status < FirstStatus || status >= FirstSystemStatus) return false;
+    const bool single = (status & 0xE0) == 0xC0;  // C0 and D0 have one data byte
+    message = status | uint32_t{at[0]} << 8 | (single ? 0 : uint32_t{at[1]} << 16);
+    cursor_ = at + (single ? 1 : 2);
+    runningStatus_ = status;
+    return true;
   }
 
   // These give false where the bytes end first, and finish the track.
@@ -86,7 +103,7 @@ class MidiTrack {
   }
 
  private:
-  static constexpr uint8_t FirstStatus = 0x80;
+  static constexpr uint8_t FirstStatus = 0x80, FirstSystemStatus = 0xF0;
 
   /// What is left of the bytes counts as read.
   bool over() {

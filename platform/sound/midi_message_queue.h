@@ -3,6 +3,7 @@
 /// Messages on their way from the sequencer's thread to the output's: one writer, one reader, no
 /// lock and no memory. A reset overtakes what stands before it, and comes through a full queue.
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -40,22 +41,24 @@ class MidiMessageQueue {
   }
   /// What was put before is void.
   void putReset() {
-    resetAt_.store(head_.load(std::memory_order_relaxed), std::memory_order_release);
+    ++resets_;
+    reset_.store(head_.load(std::memory_order_relaxed) << CountBits | (resets_ & CountMask),
+                 std::memory_order_release);
   }
 
   // The reader's.
 
-  /// Calls `onReset()` where a reset came since the last time, then `onShort(uint32_t)` and
+  /// Calls `onReset()` once where resets came since the last time, then `onShort(uint32_t)` and
   /// `onLong(std::span<const uint8_t>)` in the order of the messages.
   template <class OnReset, class OnShort, class OnLong>
   void take(OnReset onReset, OnShort onShort, OnLong onLong) {
     uint64_t at = tail_.load(std::memory_order_relaxed);
     // The end first: of a message that is seen, the reset before it is seen too.
     const uint64_t end = head_.load(std::memory_order_acquire);
-    const uint64_t reset = resetAt_.load(std::memory_order_acquire);
+    const uint64_t reset = reset_.load(std::memory_order_acquire);
     if (reset != resetDone_) {
       resetDone_ = reset;
-      if (reset > at) at = reset;
+      at = std::max(at, reset >> CountBits);
       onReset();
     }
     while (at < end) {
@@ -75,6 +78,9 @@ class MidiMessageQueue {
   bool takeLost() { return lost_.exchange(false, std::memory_order_relaxed); }
 
  private:
+  // A reset is its place and, so that the next one at the same place is another, its number.
+  static constexpr int CountBits = 16;
+  static constexpr uint64_t CountMask = 0xFFFF;
   static constexpr uint32_t ShortMask = 0x00FFFFFF, LongFlag = 0x80000000;
 
   static constexpr size_t wordsOf(size_t bytes) {
@@ -91,9 +97,10 @@ class MidiMessageQueue {
 
   std::array<uint32_t, Words> words_{};
   // Words that were ever put and taken: they never wrap.
-  std::atomic<uint64_t> head_ = 0, tail_ = 0, resetAt_ = 0;
+  std::atomic<uint64_t> head_ = 0, tail_ = 0, reset_ = 0;
   std::atomic<bool> lost_ = false;
-  uint64_t resetDone_ = 0;
+  uint64_t resets_ = 0;     ///< the writer's
+  uint64_t resetDone_ = 0;  ///< the reader's
   std::array<uint32_t, LongestMessage / sizeof(uint32_t)> longWords_{};
 };
 

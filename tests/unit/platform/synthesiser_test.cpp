@@ -112,21 +112,45 @@ TEST(SynthesiserTest, TakesTheMasterVolumeOfAnExclusiveMessage) {
       full, 1e-4F);
 }
 
-TEST(SynthesiserTest, TakesExclusiveMessagesWithoutTheBytesAroundThem) {
-  // Channel 1 becomes a drum channel by a message of the GS kind: its note is another sound.
-  const auto play = [](bool drums) {
+TEST(SynthesiserTest, GoesBackToItsBeginningByTheResetsOfEveryMaker) {
+  const auto play = [](const std::vector<uint8_t>& reset) {
     const auto synthesiser = makeWithFont();
-    send(*synthesiser, {0xF0, 0x41, 0x10, 0x42, 0x12, 0x40, 0x00, 0x7F, 0x00, 0x41, 0xF7});
-    if (drums)
-      send(*synthesiser, {0xF0, 0x41, 0x10, 0x42, 0x12, 0x40, 0x11, 0x15, 0x01, 0x19, 0xF7});
-    send(*synthesiser, {0xC0, 0});
-    send(*synthesiser, {0x90, 38, 100});
-    return rendered(*synthesiser);
+    send(*synthesiser, {0xC0, 19});
+    send(*synthesiser, {0xB0, 10, 0});
+    synthesiser->longMessage(reset);
+    send(*synthesiser, {0x90, 60, 100});
+    return rendered(*synthesiser, 8192);
   };
-  const Samples piano = play(false);
-  EXPECT_GT(loudest(piano), 0.001F);
-  EXPECT_EQ(play(false), piano);
-  EXPECT_NE(play(true), piano);
+  const std::vector<uint8_t> none = {0xF0, 0x41, 0x10, 0x42, 0x12, 0x40, 0x00, 0x7E, 0xF7};
+  const Samples left = play(none), general = play({0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7});
+  EXPECT_GT(loudest(general), 0.001F);
+  EXPECT_NE(left, general);
+  EXPECT_EQ(play({0xF0, 0x41, 0x10, 0x42, 0x12, 0x40, 0x00, 0x7F, 0x00, 0x41, 0xF7}), general);
+  EXPECT_EQ(play({0xF0, 0x43, 0x10, 0x4C, 0x00, 0x00, 0x7E, 0x00, 0xF7}), general);
+}
+
+TEST(SynthesiserTest, LeavesNothingOfASongToTheNext) {
+  const auto synthesiser = makeWithFont();
+  const auto play = [&](uint8_t program) {
+    EXPECT_TRUE(synthesiser->open());
+    send(*synthesiser, {0xC0, program});
+    for (uint8_t key = 40; key < 60; ++key)
+      send(*synthesiser, {0x90, key, 100});
+    const Samples samples = rendered(*synthesiser, 3000);
+    synthesiser->reset();
+    synthesiser->close();
+    rendered(*synthesiser, 100);
+    return samples;
+  };
+  const Samples first = play(19);
+  EXPECT_NE(play(0), first);
+  EXPECT_TRUE(play(19) == first);
+  // Also where nothing is rendered between two songs.
+  EXPECT_TRUE(synthesiser->open());
+  send(*synthesiser, {0x90, 30, 100});
+  synthesiser->reset();
+  synthesiser->close();
+  EXPECT_TRUE(play(19) == first);
 }
 
 TEST(SynthesiserTest, SurvivesBrokenMessages) {
@@ -236,8 +260,6 @@ TEST_F(RenderedSong, IsTheSameSamplesEachTimeOnOneSynthesiser) {
   const Samples first = wholeSong();
   EXPECT_GT(loudest(first), 0.02F);
   EXPECT_LT(loudest(first), 1.0F);
-  // Not at the edge of one of the library's blocks.
-  rendered(*synthesiser_, 1000);
   EXPECT_TRUE(wholeSong() == first);
   EXPECT_TRUE(wholeSong() == first);
 }
