@@ -134,7 +134,10 @@ class HostWindowObject : public WindowObject,
   ScreenWindow screen_;
   HostWindowObject* client_ = nullptr;  ///< a frame's
   std::atomic<bool> animating_ = false;
-  mutable Lock mapsLock_;           ///< guards the list, also while its maps paint
+  std::vector<ClickTarget*> clickMaps() const;
+
+  Lock mapsPaint_;                  ///< held while they paint, and to take one off
+  mutable Lock mapsLock_;           ///< guards the list, for moments
   std::vector<ClickTarget*> maps_;  ///< the newest last
 };
 
