@@ -97,7 +97,8 @@ HostWindowObject::HostWindowObject(const HostWindowKind& kind, Compositor& compo
       pointer_(pointer),
       mainWindow_(mainWindow),
       cursorLock_("cursor slot", LockRank::Leaf),
-      mapsLock_("click maps", LockRank::ClickMaps) {
+      mapsPaint_("click maps", LockRank::ClickMaps),
+      mapsLock_("list of click maps", LockRank::Leaf) {
   window = this;
   if (kind.pixels == Pixels::Bits8) surface8_ = std::make_unique<QVVSurface>();
   if (kind.pixels == Pixels::Bits32) surface32_ = std::make_unique<QVVSurface24>();
@@ -281,20 +282,26 @@ void HostWindowObject::addClickMap(ClickTarget& map) {
 }
 
 bool HostWindowObject::removeClickMap(ClickTarget& map) {
+  const std::lock_guard painting(mapsPaint_);
   const std::lock_guard guard(mapsLock_);
   return std::erase(maps_, &map) > 0;
 }
 
-void HostWindowObject::repaintClickMaps() {
+std::vector<ClickTarget*> HostWindowObject::clickMaps() const {
   const std::lock_guard guard(mapsLock_);
-  for (ClickTarget* map : maps_)
+  return maps_;
+}
+
+void HostWindowObject::repaintClickMaps() {
+  const std::lock_guard painting(mapsPaint_);
+  for (ClickTarget* map : clickMaps())
     map->repaint();
 }
 
 std::optional<int32_t> HostWindowObject::regionFor(const ClickTarget& waiting, int32_t x,
                                                    int32_t y) const {
-  const std::lock_guard guard(mapsLock_);
-  for (auto map = maps_.rbegin(); map != maps_.rend(); ++map)
+  const std::vector<ClickTarget*> maps = clickMaps();
+  for (auto map = maps.rbegin(); map != maps.rend(); ++map)
     for (const ClickTarget* asked = *map; asked; asked = asked->above())
       if (asked == &waiting) return (*map)->regionAt(x, y);
   return std::nullopt;

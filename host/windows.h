@@ -126,6 +126,7 @@ class HostWindowObject : public WindowObject,
   Geometry geometry(int32_t x, int32_t y, int32_t width, int32_t height) const;
   std::vector<uint32_t> decoration(const Geometry& geometry) const;
   void resizeSurface(int32_t width, int32_t height);
+  std::vector<ClickTarget*> clickMaps() const;
   void paint(std::span<uint32_t> pixels, int32_t width, int32_t height,
              const Rectangle& part) override;
 
@@ -140,7 +141,8 @@ class HostWindowObject : public WindowObject,
   std::atomic<bool> animating_ = false;
   mutable Lock cursorLock_;  ///< guards what stands in the cursor's slot
   std::optional<PointerLook> cursor_;
-  mutable Lock mapsLock_;           ///< guards the list, also while its maps paint
+  Lock mapsPaint_;                  ///< held while they paint, and to take one off
+  mutable Lock mapsLock_;           ///< guards the list, for moments
   std::vector<ClickTarget*> maps_;  ///< the newest last
 };
 
