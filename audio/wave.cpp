@@ -102,6 +102,22 @@ void QVWave::play(const char* path, uint32_t loops, bool stopFirst, QVAnimationA
     return;
   }
   started_.wait();
+  tellFailure();
+}
+
+/// On the thread that asked for the sound, which stands still until the box is answered.
+void QVWave::tellFailure() {
+  std::string text;
+  {
+    const std::lock_guard guard(lock_);
+    text.swap(failure_);
+  }
+  if (!text.empty() && showErrors_) services().dialogs->messageBox(text, PlayTitle, BoxNotice);
+}
+
+void QVWave::setFailure(std::string text) {
+  const std::lock_guard guard(lock_);
+  failure_ = std::move(text);
 }
 
 /// False while an earlier playback lives.
@@ -176,8 +192,7 @@ void QVWave::startPlayback() {
     path = path_;
   }
   if (!loadWave(path.text())) {
-    if (showErrors_)
-      services().dialogs->messageBox(sjis(CannotRead) + path.text(), PlayTitle, BoxNotice);
+    setFailure(sjis(CannotRead) + path.text());
     return;
   }
   if (!openDevice()) return;
@@ -200,7 +215,7 @@ bool QVWave::loadWave(const char* path) {
 
 bool QVWave::openDevice() {
   if (!output_->open(file_.format, done_.handle())) {
-    report(DeviceTaken, PlayTitle);
+    setFailure(sjis(DeviceTaken));
     return false;
   }
   // The opening signals as the end does. It is swallowed before the samples are written, so that

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <string>
 
 #include "audio/wave_file.h"
 #include "foundation/event.h"
@@ -62,6 +63,8 @@ class QVWave {
   bool openDevice();
   void finishPlayback();
   void dropSamples();
+  void tellFailure();
+  void setFailure(std::string text);
   void report(const char* text, const char* title) const;
   bool startThread(const char* path, uint32_t loops, QVAnimationArea* mouth);
 
@@ -77,9 +80,10 @@ class QVWave {
   void (*onFinished_)(uint32_t) = nullptr;
   uint32_t onFinishedArgument_ = 0;
 
-  mutable Lock lock_;  ///< guards the start of a thread, and path_; taken before the other
+  mutable Lock lock_;  ///< guards the start of a thread, path_ and failure_; taken before the other
   QVString path_;
-  Lock mouthLock_;  ///< guards mouth_, and is held while the mouth is started and stopped
+  std::string failure_;  ///< of the playback, not yet told
+  Lock mouthLock_;       ///< guards mouth_, and is held while the mouth is started and stopped
   QVAnimationArea* mouth_ = nullptr;
 
   // The playback's thread alone, from its start to its end.

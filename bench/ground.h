@@ -17,6 +17,7 @@
 #include "platform/kernel/kernel.h"
 #include "platform/services.h"
 #include "platform/settings/settings_store.h"
+#include "platform/sound/null_wave_output.h"
 
 namespace qv::bench {
 
@@ -57,7 +58,9 @@ struct Ground {
   NoDialogs dialogs;
   FileSystem files{FileRoots{root.folder("game"), root.folder("player"), {}}};
   SettingsStore settings{root.folder("player") / "settings"};
-  ServicesScope services{Services{.files = &files, .settings = &settings, .dialogs = &dialogs}};
+  NullWaveOutput wave;
+  ServicesScope services{
+      Services{.files = &files, .settings = &settings, .dialogs = &dialogs, .wave = &wave}};
 };
 
 }  // namespace qv::bench

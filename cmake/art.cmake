@@ -10,7 +10,9 @@
 # WxH        the size of a rendered drawing; "-" for its own (a PNG has no other)
 # ENTRIES    the palette entries that it may fill, as 10-127; "-" for all that are free
 # KEY        the index of transparent pixels; "-" for none
-# OPTION     more of qvtool's options, as --no-statics
+# OPTION     more of qvtool's options, as --no-statics; or set:NAME: all pictures of that set share
+#            their colours (they have the same ENTRIES, KEY and options), so that one may dissolve
+#            into another
 #
 # Lines that are empty or begin with "#" are passed over.
 function(qv_add_pictures target)
@@ -25,11 +27,15 @@ function(qv_add_pictures target)
     ${CMAKE_SOURCE_DIR}/tools/qvtool/png.cpp)
 
   file(STRINGS ${list} lines REGEX "^[^#]*[^# \t]")
+  # The sources of each set, before the first command that needs them.
+  list(FILTER lines EXCLUDE REGEX "^[ \t]*#")
+  foreach(line ${lines})
+    if(line MATCHES "^[ \t]*[^ \t]+[ \t]+([^ \t]+).*[ \t]set:([^ \t]+)")
+      list(APPEND set_${CMAKE_MATCH_2} ${sources}/${CMAKE_MATCH_1})
+    endif()
+  endforeach()
   set(pictures)
   foreach(line ${lines})
-    if(line MATCHES "^[ \t]*#")
-      continue()
-    endif()
     string(REGEX REPLACE "[ \t]+" ";" fields "${line}")
     list(REMOVE_ITEM fields "")
     list(LENGTH fields count)
@@ -64,10 +70,19 @@ function(qv_add_pictures target)
     if(NOT key STREQUAL "-")
       list(APPEND options --key-transparent ${key})
     endif()
+    set(companions)
+    if(options MATCHES "set:([^;]+)")
+      list(REMOVE_ITEM options ${CMAKE_MATCH_0})
+      set(companions ${set_${CMAKE_MATCH_1}})
+      list(REMOVE_ITEM companions ${sources}/${source})
+      foreach(companion ${companions})
+        list(APPEND options --palette-of ${companion})
+      endforeach()
+    endif()
     add_custom_command(OUTPUT ${output}
       COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
       COMMAND qvtool mcg encode ${sources}/${source} ${output} ${options}
-      DEPENDS ${sources}/${source} ${tool}
+      DEPENDS ${sources}/${source} ${companions} ${tool}
       COMMENT "Picture ${name}" VERBATIM)
     list(APPEND pictures ${output})
   endforeach()

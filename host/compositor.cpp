@@ -38,8 +38,7 @@ class Compositor::Change {
 
 Compositor::Compositor()
     : lock_("compositor", LockRank::Compositor),
-      frame_(static_cast<size_t>(ScreenWidth) * ScreenHeight, GroundColour),
-      damage_(ScreenRectangle) {}
+      frame_(static_cast<size_t>(ScreenWidth) * ScreenHeight, GroundColour) {}
 
 // --- Windows ---
 
@@ -59,7 +58,9 @@ void Compositor::add(ScreenWindow& window, ScreenWindow* parent, Placement place
     window.painted_.assign(pixelCount(window.outer_), 0);
   (parent ? parent->children_ : windows_).push_back(&window);
   window.visible_ = placement.visible;
+  const bool onlyNewWindows = onlyNewWindows_ || damage_.empty();
   paintWhole(window);
+  onlyNewWindows_ = onlyNewWindows;
 }
 
 void Compositor::remove(ScreenWindow& window) {

@@ -108,8 +108,10 @@ class Compositor {
   void comesBack() { wakePending_ = true; }
   /// Paints what nobody has updated.
   void paintPending();
-  /// The frame has changed since it was last taken.
-  bool changed() const;
+  /// What has changed in the frame since it was last taken. New windows are empty, and what is
+  /// drawn into them comes in the next moment.
+  enum class News { Nothing, NewWindows, Pictures };
+  News news() const;
   /// Copies what has changed, or the whole frame.
   void take(Frame& frame, bool whole);
   /// What stands round a frame's client, or the picture of one without a border.
@@ -165,8 +167,9 @@ class Compositor {
   mutable Lock lock_;  ///< guards all below but the flag, and everything of the windows
   std::vector<ScreenWindow*> windows_;  ///< those without a parent, the newest last
   Frame frame_;
-  Region damage_;         ///< of the frame, since it was last taken
-  bool pending_ = false;  ///< some window has an update region that nobody paints
+  Region damage_;                ///< of the frame, since it was last taken
+  bool onlyNewWindows_ = false;  ///< the damage is nothing else
+  bool pending_ = false;         ///< some window has an update region that nobody paints
   std::atomic<bool> wakePending_ = false;
   std::function<void()> wakeHook_;
 };

@@ -56,6 +56,7 @@ void Compositor::compose(const Rectangle& area) {
   // What is taken may be more than what has changed: many small parts are taken as one.
   constexpr size_t MostParts = 32;
   damage_.add(part);
+  onlyNewWindows_ = false;
   if (damage_.rectangles().size() > MostParts) damage_ = Region(damage_.bounds());
 }
 
@@ -104,9 +105,10 @@ void Compositor::copyRows(const Copy& copy, const Rectangle& part) {
 
 // --- The UI thread ---
 
-bool Compositor::changed() const {
+Compositor::News Compositor::news() const {
   const std::lock_guard guard(lock_);
-  return !damage_.empty();
+  if (damage_.empty()) return News::Nothing;
+  return onlyNewWindows_ ? News::NewWindows : News::Pictures;
 }
 
 void Compositor::take(Frame& frame, bool whole) {
@@ -121,6 +123,7 @@ void Compositor::take(Frame& frame, bool whole) {
       }
   }
   damage_.clear();
+  onlyNewWindows_ = false;
 }
 
 /// The topmost window at a place of the screen, the innermost of those that lie in one another.

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 
+#include "host/sound_names.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
@@ -86,6 +87,23 @@ std::string comparePixel(const Looker& look) {
   return different("the pixel is", text.data());
 }
 
+std::string compareSound(const Looker& look,
+                         bool (*isNamed)(const std::string&, const std::string&),
+                         const QVString& path) {
+  const std::string is = utf8OfShiftJis(path.view());
+  if (look.line.text == "none" ? is.empty() : !is.empty() && isNamed(is, look.line.text)) return {};
+  return is.empty() ? "nothing sounds" : different("what sounds is", is);
+}
+
+std::string compareWave(const Looker& look) {
+  return compareSound(look, waveIsNamed, look.host.manager->wave().currentPath());
+}
+std::string compareSong(const Looker& look) {
+  const QVMidi& song = look.host.manager->midi();
+  const bool sounds = song.state() != QVMidi::Stopped && song.state() != QVMidi::Paused;
+  return compareSound(look, songIsNamed, sounds ? song.fileName() : QVString());
+}
+
 struct Comparison {
   Expectation expectation;
   std::string (*compare)(const Looker&);
@@ -95,6 +113,7 @@ constexpr std::array Comparisons{
     Comparison{Expectation::Reg, compareReg},       Comparison{Expectation::SysReg, compareSysReg},
     Comparison{Expectation::StrReg, compareStrReg}, Comparison{Expectation::Shown, compareShown},
     Comparison{Expectation::Hidden, compareHidden}, Comparison{Expectation::Pixel, comparePixel},
+    Comparison{Expectation::Wave, compareWave},     Comparison{Expectation::Song, compareSong},
 };
 
 }  // namespace

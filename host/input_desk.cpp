@@ -111,7 +111,7 @@ InputDesk::Fate InputDesk::offerToWait(Source source, const DisplayEvent& event)
     if (fate == Fate::NoWait) gate.tellNext();
   }
   if (event.kind == Kind::PointerMove)
-    unseenMove_ = fate == Fate::NoWait ? std::optional(event) : std::nullopt;
+    unseenMove_ = fate == Fate::NoWait ? std::optional(source) : std::nullopt;
   keepForRecord(source, event, fate, ordinal);
   return fate;
 }
@@ -143,8 +143,12 @@ bool InputDesk::helpTakes(const GameHost::Gate& gate, const DisplayEvent& event)
 
 void InputDesk::waitBegan() {
   // The move came before the press, which may stay for the wait behind it.
-  if (const auto move = std::exchange(unseenMove_, std::nullopt))
-    offerToWait(Source::Device, *move);
+  if (const auto source = std::exchange(unseenMove_, std::nullopt)) {
+    DisplayEvent move;
+    move.kind = Kind::PointerMove;
+    host_.pointer.place(move.x, move.y);
+    offerToWait(*source, move);
+  }
   if (!held_) return;
   const HeldPress press = *held_;
   if (tickCount() - press.tick <= HeldPressMillis &&

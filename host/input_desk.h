@@ -67,7 +67,7 @@ class InputDesk {
   Recorder& recorder_;
   FrameDrag drag_;
   std::optional<HeldPress> held_;           ///< the newest alone
-  std::optional<DisplayEvent> unseenMove_;  ///< came while no scene waited
+  std::optional<Source> unseenMove_;        ///< one came while no scene waited
   std::optional<RestingMove> restingMove_;  ///< changed nothing, so far: no line tells of it
 };
 

@@ -110,6 +110,14 @@ bool parsePosition(Words& words, ScriptLine& line) {
   return onScreen(words, line);
 }
 
+bool parseDrag(Words& words, ScriptLine& line) {
+  ScriptLine target;
+  if (!onScreen(words, line) || !onScreen(words, target)) return false;
+  line.toX = target.x;
+  line.toY = target.y;
+  return true;
+}
+
 bool parseRight(Words& words, ScriptLine& line) {
   return words.done() || onScreen(words, line);
 }
@@ -172,6 +180,7 @@ bool expectPixel(Words& words, ScriptLine& line) {
 bool expectSound(Words& words, ScriptLine& line) {
   const std::string_view kind = words.word();
   if (kind != "wave" && kind != "song") return words.fail("a sound is a wave or a song");
+  line.expectation = kind == "wave" ? Expectation::Wave : Expectation::Song;
   return words.name(line.text, "a sound's name, or none");
 }
 
@@ -189,7 +198,7 @@ constexpr std::array ExpectationForms{
     ExpectationForm{"shown", Expectation::Shown, expectName},
     ExpectationForm{"hidden", Expectation::Hidden, expectName},
     ExpectationForm{"pixel", Expectation::Pixel, expectPixel},
-    ExpectationForm{"sound", Expectation::Sound, expectSound},
+    ExpectationForm{"sound", Expectation::Wave, expectSound},
 };
 
 bool parseExpect(Words& words, ScriptLine& line) {
@@ -215,6 +224,7 @@ constexpr std::array VerbForms{
     VerbForm{"press", Verb::Press, VerbForm::Now::May, parsePosition},
     VerbForm{"release", Verb::Release, VerbForm::Now::May, parsePosition},
     VerbForm{"right", Verb::Right, VerbForm::Now::May, parseRight},
+    VerbForm{"drag", Verb::Drag, VerbForm::Now::May, parseDrag},
     VerbForm{"wheel", Verb::Wheel, VerbForm::Now::May, parseWheel},
     VerbForm{"key", Verb::Key, VerbForm::Now::May, parseKey},
     VerbForm{"type", Verb::Type, VerbForm::Now::May, parseType},

@@ -21,6 +21,7 @@ struct ScriptLine {
     Press,
     Release,
     Right,
+    Drag,
     Wheel,
     Key,
     Type,
@@ -33,7 +34,19 @@ struct ScriptLine {
     Expect,
     Quit,
   };
-  enum class Expectation { None, Scene, Step, Reg, SysReg, StrReg, Shown, Hidden, Pixel, Sound };
+  enum class Expectation {
+    None,
+    Scene,
+    Step,
+    Reg,
+    SysReg,
+    StrReg,
+    Shown,
+    Hidden,
+    Pixel,
+    Wave,
+    Song
+  };
 
   Verb verb = Verb::Ready;
   bool now = false;          ///< delivered whatever the game is doing
@@ -41,7 +54,8 @@ struct ScriptLine {
   int number = 0;            ///< line number in the file, from 1
   std::string source;        ///< the line as written
 
-  int x = 0, y = 0;          ///< move, click, press, release, right, pixel; wheel: y 1 up, -1 down
+  int x = 0, y = 0;          ///< of the places; wheel: y 1 up, -1 down
+  int toX = 0, toY = 0;      ///< drag
   bool hasPosition = false;  ///< right
   int key = 0;               ///< virtual key code
   uint32_t millis = 0;       ///< sleep

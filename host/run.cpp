@@ -9,13 +9,16 @@
 #include <unistd.h>
 
 #include "host/box_desk.h"
+#include "host/frame_folder.h"
 #include "host/game_host.h"
 #include "host/module_loader.h"
 #include "host/play_script.h"
 #include "host/recorder.h"
 #include "host/scene_runner.h"
+#include "host/sound_devices.h"
 #include "host/trace_file.h"
 #include "host/ui_loop.h"
+#include "host/volumes.h"
 #include "platform/display/headless_display.h"
 #include "platform/files/file_system.h"
 #include "platform/services.h"
@@ -31,11 +34,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t MostScriptBytes = 64u << 20;
-
-int complain(int status, const std::string& sentence) {
-  std::fprintf(stderr, "qvrun: %s\n", sentence.c_str());
-  return status;
-}
 
 /// Reads and checks the play script; false with a sentence.
 bool readScript(const fs::path& file, std::vector<ScriptLine>& lines, std::string& whyNot) {
@@ -100,20 +98,34 @@ std::string fontComplaint(const TextRenderer& text) {
          "fonts-ipafont-gothic and fonts-ipafont-mincho bring them.";
 }
 
+int complain(const Options& options, int status, const std::string& sentence) {
+  std::fprintf(stderr, "%s: %s\n", options.program.c_str(), sentence.c_str());
+  return status;
+}
+
 /// The run once kernel and module stand: everything below lives inside one call.
 class Run {
  public:
-  Run(const Options& options, LoadedModule& module)
-      : options_(options), module_(module), text_(options.fonts) {}
+  Run(const Options& options, LoadedModule& module, const MakeSoundDevices& makeSoundDevices)
+      : options_(options),
+        module_(module),
+        makeSoundDevices_(makeSoundDevices),
+        text_(options.fonts) {}
   int play();
 
  private:
   bool prepare(std::string& whyNot);
   std::unique_ptr<Display> openDisplay(const std::string& title, std::string& whyNot) const;
-  int status(const UiLoop& loop, const RunResult& result) const;
+  std::unique_ptr<SoundDevices> openSound() const;
+  int status(const UiLoop& loop, const RunResult& result, const Display& display) const;
+  int complain(int status, const std::string& sentence) const {
+    return qv::complain(options_, status, sentence);
+  }
 
   const Options& options_;
   LoadedModule& module_;
+  const MakeSoundDevices& makeSoundDevices_;
+  HostVolumes volumes_;
   std::vector<ScriptLine> script_;
   TraceFile trace_;
   Recorder recorder_;
@@ -146,9 +158,23 @@ bool Run::prepare(std::string& whyNot) {
 }
 
 std::unique_ptr<Display> Run::openDisplay(const std::string& title, std::string& whyNot) const {
+  if (!options_.frames.empty()) return std::make_unique<FrameFolder>(options_.frames);
   if (options_.headless) return std::make_unique<HeadlessDisplay>();
-  return makeWindowDisplay(
-      {.title = title, .scaling = options_.scaling, .fullScreen = options_.fullScreen}, whyNot);
+  return makeWindowDisplay({.title = title,
+                            .scaling = options_.scaling,
+                            .fullScreen = options_.fullScreen,
+                            .scale = options_.scale},
+                           whyNot);
+}
+
+std::unique_ptr<SoundDevices> Run::openSound() const {
+  return makeSoundDevices_(
+      {.silent = options_.headless || options_.noSound,
+       .disc = discFolder(options_),
+       .soundFont = options_.soundFont,
+       .midiPort = options_.midiPort,
+       .volumes = &volumes_,
+       .notice = [this](const std::string& sentence) { complain(StatusGood, sentence); }});
 }
 
 int Run::play() {
@@ -169,12 +195,17 @@ int Run::play() {
   if (!settings.complaint().empty()) complain(StatusGood, settings.complaint());
   if (const std::string missing = fontComplaint(text_); !missing.empty())
     complain(StatusGood, missing);
+  takeVolumes(settings, options_.volumes, volumes_);
+  const std::unique_ptr<SoundDevices> sound = openSound();
   BoxDesk boxes(text_);
   if (options_.headless && options_.play.empty()) boxes.setUnattended();
   const ServicesScope services({.files = &files,
                                 .settings = &settings,
                                 .dialogs = &boxes,
                                 .text = &text_,
+                                .wave = sound->wave(),
+                                .midi = sound->midi(),
+                                .disc = sound->disc(),
                                 .trace = options_.trace.empty() ? nullptr : &trace_});
   const SceneFunction first = options_.scene.empty()
                                   ? SceneFunction{}
@@ -194,7 +225,7 @@ int Run::play() {
     host.queue.post({MessageScenarioEnded, 0, 0});
   });
   loop.run();
-  const int exitStatus = status(loop, result);
+  const int exitStatus = status(loop, result, *display);
   if (!scenario.join(loop.scenarioEnded() ? WaitForever : 0)) {
     // A scene that does not come back holds on to the module: the process leaves around it.
     complain(exitStatus, "A scene did not end in time and is left behind.");
@@ -204,24 +235,26 @@ int Run::play() {
   return exitStatus;
 }
 
-int Run::status(const UiLoop& loop, const RunResult& result) const {
+int Run::status(const UiLoop& loop, const RunResult& result, const Display& display) const {
   if (!loop.failure().empty()) return complain(StatusFailed, loop.failure());
   if (loop.scenarioEnded() && result.end == RunResult::End::Failed)
     return complain(StatusFailed, "The game ended with an error: " + result.what);
+  const auto* const frames = dynamic_cast<const FrameFolder*>(&display);
+  if (frames && !frames->complaint().empty()) return complain(StatusFailed, frames->complaint());
   return StatusGood;
 }
 
 }  // namespace
 
-int runGame(const Options& options) {
+int runGame(const Options& options, const MakeSoundDevices& makeSoundDevices) {
   std::error_code error;
   if (!fs::is_directory(options.game, error))
-    return complain(StatusUsage, "There is no game folder " + options.game.string() + ".");
+    return complain(options, StatusUsage, "There is no game folder " + options.game.string() + ".");
   const KernelScope kernel(makeKernel(options));
   LoadedModule module;
   std::string whyNot;
-  if (!module.load(options.game, whyNot)) return complain(StatusUsage, whyNot);
-  return Run(options, module).play();
+  if (!module.load(options.game, whyNot)) return complain(options, StatusUsage, whyNot);
+  return Run(options, module, makeSoundDevices).play();
 }
 
 }  // namespace qv

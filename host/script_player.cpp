@@ -1,6 +1,7 @@
 #include "host/script_player.h"
 
 #include <algorithm>
+#include <array>
 
 #include "platform/kernel/kernel.h"
 
@@ -61,8 +62,23 @@ DisplayEvent moveTo(const ScriptLine& line) {
   return event;
 }
 
+/// The three events of a drag: press, move, release.
+std::array<DisplayEvent, 3> dragOf(const ScriptLine& line) {
+  std::array<DisplayEvent, 3> events;
+  events[0].kind = Kind::ButtonDown;
+  events[0].x = line.x;
+  events[0].y = line.y;
+  events[1].kind = Kind::PointerMove;
+  events[2].kind = Kind::ButtonUp;
+  for (size_t at : {1, 2}) {
+    events[at].x = line.toX;
+    events[at].y = line.toY;
+  }
+  return events;
+}
+
 bool pointsAtPlace(const ScriptLine& line) {
-  return line.verb == Verb::Click || line.verb == Verb::Press ||
+  return line.verb == Verb::Click || line.verb == Verb::Press || line.verb == Verb::Drag ||
          (line.verb == Verb::Right && line.hasPosition);
 }
 
@@ -73,7 +89,7 @@ ScriptPlayer::ScriptPlayer(std::vector<ScriptLine> lines, std::string fileName, 
 
 const ScriptLine* ScriptPlayer::unsupportedLine(const std::vector<ScriptLine>& lines) {
   const auto line = std::find_if(lines.begin(), lines.end(), [](const ScriptLine& candidate) {
-    return candidate.verb == Verb::Type || candidate.expectation == ScriptLine::Expectation::Sound;
+    return candidate.verb == Verb::Type;
   });
   return line == lines.end() ? nullptr : &*line;
 }
@@ -153,6 +169,13 @@ ScriptPlayer::Outcome ScriptPlayer::awaitScene(const ScriptLine& line) {
 }
 
 ScriptPlayer::Outcome ScriptPlayer::giveInput(const ScriptLine& line) {
+  // What is dragged answers no wait.
+  if (line.verb == Verb::Drag) {
+    stage_.movePointer(line.x, line.y);
+    deliverNow(line);
+    stage_.movePointer(line.toX, line.toY);
+    return Outcome::Done;
+  }
   if (pointsAtPlace(line) && !moved_) {
     moved_ = true;
     stage_.movePointer(line.x, line.y);
@@ -194,7 +217,12 @@ ScriptPlayer::Outcome ScriptPlayer::sleep(const ScriptLine& line) {
 }
 
 void ScriptPlayer::deliverNow(const ScriptLine& line) {
-  if (pointsAtPlace(line)) stage_.handle(moveTo(line));
+  if (pointsAtPlace(line) && line.verb != Verb::Press) stage_.handle(moveTo(line));
+  if (line.verb == Verb::Drag) {
+    for (const DisplayEvent& part : dragOf(line))
+      stage_.handle(part);
+    return;
+  }
   DisplayEvent event = eventOf(line);
   stage_.handle(event);
   if (line.verb != Verb::Click && line.verb != Verb::Right) return;

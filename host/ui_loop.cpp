@@ -46,6 +46,7 @@ void UiLoop::run() {
     serveQueue();
     stepScript();
     paint();
+    refreshCursor();
     if (scenarioEnded_) break;
     serveDevices();
   }
@@ -84,7 +85,8 @@ void UiLoop::serve(MessageQueue::Received& received) {
       break;
     }
     case MessageRefreshCursor:
-      break;  // the host draws no cursor of the game's yet
+      lookDue_ = true;
+      break;
     case MessageSceneName:
       showSceneName();
       break;
@@ -177,6 +179,21 @@ void UiLoop::device(const DisplayEvent& event) {
   input_.handle(event);
 }
 
+/// The pointer looks like what lies under it, which may move as well as the pointer.
+void UiLoop::refreshCursor() {
+  int32_t x = 0, y = 0;
+  host_.pointer.place(x, y);
+  const bool moved = x != lookX_ || y != lookY_;
+  if (!std::exchange(lookDue_, false) && !moved) return;
+  lookX_ = x;
+  lookY_ = y;
+  // Over a box it is the system's.
+  const PointerLook look = boxes_.up() ? PointerLook{} : host_.windows.lookAt(x, y);
+  if (look == look_) return;
+  look_ = look;
+  display_.setCursor(look_);
+}
+
 void UiLoop::stepScript() {
   if (!script_ || failureSeen_) return;
   script_->step();
@@ -204,8 +221,10 @@ uint32_t UiLoop::waitMillis() const {
   if (aborting_)
     limit =
         std::min(limit, AbortLimitMillis - std::min(AbortLimitMillis, tickCount() - abortTick_));
-  if (presentWaits_)
-    limit = std::min(limit, PresentMillis - std::min(PresentMillis, tickCount() - presentTick_));
+  if (presentWaits_) {
+    const uint32_t since = newWindows_ ? newWindowTick_ : presentTick_;
+    limit = std::min(limit, PresentMillis - std::min(PresentMillis, tickCount() - since));
+  }
   return limit;
 }
 
@@ -216,6 +235,14 @@ void UiLoop::refreshFrame(bool whole) {
   boxes_.draw(frame_);
 }
 
+/// New windows alone are worth no frame until a frame's time has passed.
+bool UiLoop::awaitPictures() {
+  if (host_.compositor.news() != Compositor::News::NewWindows) return false;
+  if (!std::exchange(newWindows_, true)) newWindowTick_ = tickCount();
+  presentWaits_ = tickCount() - newWindowTick_ < PresentMillis;
+  return presentWaits_;
+}
+
 void UiLoop::paint() {
   if (boxes_.takeChanged()) dirty_ = true;
   // A box is task modal: while another thread's is up, the story stands where it next needs us.
@@ -223,13 +250,15 @@ void UiLoop::paint() {
   host_.compositor.beginLook();
   host_.compositor.paintPending();
   presentWaits_ = false;
-  if (!dirty_ && !host_.compositor.changed()) return;
+  if (!dirty_ && (host_.compositor.news() == Compositor::News::Nothing || awaitPictures())) return;
+  newWindows_ = false;
   if (tickCount() - presentTick_ < PresentMillis) {
     presentWaits_ = true;
     host_.compositor.comesBack();
     return;
   }
   presentTick_ = tickCount();
+  lookDue_ = true;
   refreshFrame(std::exchange(dirty_, false));
   display_.present(frame_);
 }
@@ -254,7 +283,7 @@ bool UiLoop::answerBox(BoxAnswer answer) {
 void UiLoop::composeNow() {
   host_.compositor.paintPending();
   // The display still gets what is taken here.
-  if (host_.compositor.changed()) dirty_ = true;
+  if (host_.compositor.news() != Compositor::News::Nothing) dirty_ = true;
   refreshFrame(true);
 }
 

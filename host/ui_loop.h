@@ -55,9 +55,11 @@ class UiLoop : private ScriptStage {
   void showSceneName();
   void stepScript();
   void paint();
+  void refreshCursor();
   void beginAbort();
   bool overdue() const;
   uint32_t waitMillis() const;
+  bool awaitPictures();
   void refreshFrame(bool whole);
   void composeNow();
 
@@ -87,9 +89,14 @@ class UiLoop : private ScriptStage {
   InputDesk input_;
   std::optional<ScriptPlayer> script_;
   Frame frame_;                ///< what is shown: the composed windows with the boxes over them
-  bool dirty_ = true;          ///< the whole frame is to be presented
-  bool presentWaits_ = false;  ///< for the display's rate
+  bool dirty_ = false;         ///< the whole frame is to be presented
+  bool presentWaits_ = false;  ///< for the display's rate, or for pictures in new windows
   uint32_t presentTick_ = 0;
+  PointerLook look_;      ///< what the display was given last
+  bool lookDue_ = false;  ///< another cursor, or another picture, may lie under the pointer
+  int32_t lookX_ = 0, lookY_ = 0;
+  uint32_t newWindowTick_ = 0;  ///< when new windows were first seen
+  bool newWindows_ = false;
   bool scenarioEnded_ = false;
   bool failureSeen_ = false;
   bool aborting_ = false;

@@ -96,7 +96,9 @@ HostWindowObject::HostWindowObject(const HostWindowKind& kind, Compositor& compo
       compositor_(compositor),
       pointer_(pointer),
       mainWindow_(mainWindow),
-      mapsLock_("click maps", LockRank::ClickMaps) {
+      cursorLock_("cursor slot", LockRank::Leaf),
+      mapsPaint_("click maps", LockRank::ClickMaps),
+      mapsLock_("list of click maps", LockRank::Leaf) {
   window = this;
   if (kind.pixels == Pixels::Bits8) surface8_ = std::make_unique<QVVSurface>();
   if (kind.pixels == Pixels::Bits32) surface32_ = std::make_unique<QVVSurface24>();
@@ -158,6 +160,8 @@ void HostWindowObject::close() {
   if (surface32_) surface32_->create(ShellPixels, ShellPixels);
   parent = nullptr;
   client_ = nullptr;
+  const std::lock_guard guard(cursorLock_);
+  cursor_.reset();
 }
 
 void HostWindowObject::paint(std::span<uint32_t> pixels, int32_t width, int32_t height,
@@ -278,23 +282,40 @@ void HostWindowObject::addClickMap(ClickTarget& map) {
 }
 
 bool HostWindowObject::removeClickMap(ClickTarget& map) {
+  const std::lock_guard painting(mapsPaint_);
   const std::lock_guard guard(mapsLock_);
   return std::erase(maps_, &map) > 0;
 }
 
-void HostWindowObject::repaintClickMaps() {
+std::vector<ClickTarget*> HostWindowObject::clickMaps() const {
   const std::lock_guard guard(mapsLock_);
-  for (ClickTarget* map : maps_)
+  return maps_;
+}
+
+void HostWindowObject::repaintClickMaps() {
+  const std::lock_guard painting(mapsPaint_);
+  for (ClickTarget* map : clickMaps())
     map->repaint();
 }
 
 std::optional<int32_t> HostWindowObject::regionFor(const ClickTarget& waiting, int32_t x,
                                                    int32_t y) const {
-  const std::lock_guard guard(mapsLock_);
-  for (auto map = maps_.rbegin(); map != maps_.rend(); ++map)
+  const std::vector<ClickTarget*> maps = clickMaps();
+  for (auto map = maps.rbegin(); map != maps.rend(); ++map)
     for (const ClickTarget* asked = *map; asked; asked = asked->above())
       if (asked == &waiting) return (*map)->regionAt(x, y);
   return std::nullopt;
+}
+
+void HostWindowObject::setCursor(const PointerLook& look) {
+  if (!compositor_.present(screen_)) return;
+  const std::lock_guard guard(cursorLock_);
+  cursor_ = look;
+}
+
+std::optional<PointerLook> HostWindowObject::cursor() const {
+  const std::lock_guard guard(cursorLock_);
+  return cursor_;
 }
 
 // --- The list ---
@@ -340,6 +361,18 @@ std::optional<int32_t> WindowList::regionFor(const ClickTarget& waiting, int32_t
       if (&window->screen_ == hit.window) view = window.get();
   }
   return view ? view->regionFor(waiting, hit.x, hit.y) : std::nullopt;
+}
+
+PointerLook WindowList::lookAt(int32_t x, int32_t y) const {
+  const Compositor::WindowHit hit = compositor_.windowAt(x, y);
+  const std::lock_guard guard(lock_);
+  const auto found = std::ranges::find_if(
+      windows_, [&hit](const auto& window) { return &window->screen_ == hit.window; });
+  if (found == windows_.end() || !(*found)->clientRectangle().contains(hit.x, hit.y)) return {};
+  for (const WindowObject* window = found->get(); window; window = window->parent)
+    if (std::optional<PointerLook> look = static_cast<const HostWindowObject*>(window)->cursor())
+      return *std::move(look);
+  return {};
 }
 
 /// The object of that name and kind from the shells, or a new one.

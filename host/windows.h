@@ -78,6 +78,7 @@ class HostWindowObject : public WindowObject,
   int32_t MoveClamped(int32_t x, int32_t y, int32_t width, int32_t height, int32_t repaint,
                       int32_t keepOnScreen) override;
   void SetClipShape(QVVSurface& scratch, ColourKey key) override;
+  void setCursor(const PointerLook& look) override;
 
   // View. The size is the client's.
   bool alive() const override { return compositor_.present(screen_); }
@@ -103,6 +104,8 @@ class HostWindowObject : public WindowObject,
   /// The region at a place of the client, of the newest map that is `waiting` or stands below it in
   /// a stack; nothing where no such map lies on the view. UI thread, while the scene waits.
   std::optional<int32_t> regionFor(const ClickTarget& waiting, int32_t x, int32_t y) const;
+  /// What the pointer looks like over its client; nothing while no scene has said it.
+  std::optional<PointerLook> cursor() const;
   /// Answers a message that was sent to it. UI thread.
   uintptr_t receive(uint32_t message, uintptr_t first, uintptr_t second);
   /// An animation control was started and not stopped since. Any thread.
@@ -123,6 +126,7 @@ class HostWindowObject : public WindowObject,
   Geometry geometry(int32_t x, int32_t y, int32_t width, int32_t height) const;
   std::vector<uint32_t> decoration(const Geometry& geometry) const;
   void resizeSurface(int32_t width, int32_t height);
+  std::vector<ClickTarget*> clickMaps() const;
   void paint(std::span<uint32_t> pixels, int32_t width, int32_t height,
              const Rectangle& part) override;
 
@@ -135,7 +139,10 @@ class HostWindowObject : public WindowObject,
   ScreenWindow screen_;
   HostWindowObject* client_ = nullptr;  ///< a frame's
   std::atomic<bool> animating_ = false;
-  mutable Lock mapsLock_;           ///< guards the list, also while its maps paint
+  mutable Lock cursorLock_;  ///< guards what stands in the cursor's slot
+  std::optional<PointerLook> cursor_;
+  Lock mapsPaint_;                  ///< held while they paint, and to take one off
+  mutable Lock mapsLock_;           ///< guards the list, for moments
   std::vector<ClickTarget*> maps_;  ///< the newest last
 };
 
@@ -159,6 +166,9 @@ class WindowList {
   /// The region under a place of the screen for a map that waits; nothing where the view there does
   /// not report to it.
   std::optional<int32_t> regionFor(const ClickTarget& waiting, int32_t x, int32_t y) const;
+  /// What the pointer looks like there: as the window there says, else one that it lies in, else
+  /// the arrow. Borders and captions are the system's.
+  PointerLook lookAt(int32_t x, int32_t y) const;
   /// Makes the window, and for frames their client view of name + "Client". Null for a code that
   /// is no window's, a taken name, a parent that does not exist, and a size that is too large or
   /// that memory does not hold.

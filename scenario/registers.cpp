@@ -98,6 +98,22 @@ bool skipStrings(QVFile& file, int32_t count) {
   return true;
 }
 
+/// Reads a whole block; only then does it take the place of the register file's table.
+/// `readEntries(fresh, count)` fills a fresh register file, false when the file does not hold it.
+template <typename Register, typename ReadEntries>
+void loadBlock(QVFile& file, const char* name, int64_t leastBytes, Register& target,
+               const ReadEntries& readEntries) {
+  if (!file.isOpen()) return;
+  const PositionGuard guard(file);
+  int32_t count = 0;
+  if (!readHead(file, name, leastBytes, count)) return;
+  Register fresh;
+  if (readEntries(fresh, count))
+    target.swap(fresh);
+  else
+    guard.refuse();
+}
+
 }  // namespace
 
 // --- QVReg ---
@@ -109,6 +125,11 @@ QVReg::~QVReg() {
 void QVReg::release() {
   delete[] std::exchange(table_, nullptr);
   count_ = 0;
+}
+
+void QVReg::swap(QVReg& other) noexcept {
+  std::swap(table_, other.table_);
+  std::swap(count_, other.count_);
 }
 
 void QVReg::create(int32_t count) {
@@ -138,20 +159,11 @@ void QVReg::save(QVFile& file) const {
 }
 
 void QVReg::load(QVFile& file) {
-  if (!file.isOpen()) return;
-  const PositionGuard guard(file);
-  int32_t count = 0;
-  if (!readHead(file, NumericName, sizeof(int32_t), count)) return;
-
-  QVReg fresh;
-  fresh.create(count);
-  const int32_t bytes = count * static_cast<int32_t>(sizeof(int32_t));
-  if (count > 0 && file.read(fresh.table_, bytes) != bytes) {
-    guard.refuse();
-    return;
-  }
-  std::swap(table_, fresh.table_);
-  std::swap(count_, fresh.count_);
+  loadBlock(file, NumericName, sizeof(int32_t), *this, [&file](QVReg& fresh, int32_t count) {
+    fresh.create(count);
+    const int32_t bytes = count * static_cast<int32_t>(sizeof(int32_t));
+    return count == 0 || file.read(fresh.table_, bytes) == bytes;
+  });
 }
 
 // --- QVStrReg ---
@@ -163,6 +175,11 @@ QVStrReg::~QVStrReg() {
 void QVStrReg::release() {
   delete[] std::exchange(table_, nullptr);
   count_ = 0;
+}
+
+void QVStrReg::swap(QVStrReg& other) noexcept {
+  std::swap(table_, other.table_);
+  std::swap(count_, other.count_);
 }
 
 void QVStrReg::create(int32_t count) {
@@ -203,26 +220,18 @@ void QVStrReg::save(QVFile& file) const {
 }
 
 void QVStrReg::load(QVFile& file) {
-  if (!file.isOpen()) return;
-  const PositionGuard guard(file);
-  int32_t count = 0;
-  if (!readHead(file, StringName, sizeof(uint32_t), count)) return;
-
-  // First a walk over the lengths: texts are allocated only when the file holds them all.
-  const int64_t first = file.position();
-  if (!skipStrings(file, count)) {
-    guard.refuse();
-    return;
-  }
-  const int64_t end = file.position();
-  file.seek(first, SeekFrom::Start);
-  QVStrReg fresh;
-  fresh.create(count);
-  for (int32_t i = 0; i < count; ++i)
-    fresh.table_[i].load(file);
-  file.seek(end, SeekFrom::Start);
-  std::swap(table_, fresh.table_);
-  std::swap(count_, fresh.count_);
+  loadBlock(file, StringName, sizeof(uint32_t), *this, [&file](QVStrReg& fresh, int32_t count) {
+    // First a walk over the lengths: texts are allocated only when the file holds them all.
+    const int64_t first = file.position();
+    if (!skipStrings(file, count)) return false;
+    const int64_t end = file.position();
+    file.seek(first, SeekFrom::Start);
+    fresh.create(count);
+    for (int32_t i = 0; i < count; ++i)
+      fresh.table_[i].load(file);
+    file.seek(end, SeekFrom::Start);
+    return true;
+  });
 }
 
 }  // namespace qv

@@ -29,6 +29,7 @@ class QVReg {
   /// Throws NotEnoughMemoryException.
   void create(int32_t count);
   void release();
+  void swap(QVReg& other) noexcept;
   int32_t count() const { return count_; }
 
   /// The entry. A bad index is reported in a box and gives entry 0, on purpose.
@@ -56,6 +57,7 @@ class QVStrReg {
 
   void create(int32_t count);
   void release();
+  void swap(QVStrReg& other) noexcept;
   int32_t count() const { return count_; }
   QVString& item(int32_t index) {
     if (static_cast<uint32_t>(index) < static_cast<uint32_t>(count_)) [[likely]]

@@ -107,7 +107,7 @@ void QVScenario::SaveState(QVFile& file) {
     registers_.save(file);
     strings_.save(file);
     sceneName_.save(file);
-    song_.save(file);
+    midi_.save(file);
   }
   writeSystemFile();
 }
@@ -130,7 +130,7 @@ SceneFunction QVScenario::RestoreState(QVFile& file, void (*callback)(), int32_t
     }
     if (callback) callback();
   }
-  song_.load(file, restartMusic != 0);
+  midi_.load(file, restartMusic != 0);
   return host_ ? host_->FindScene(sceneName_.text()) : SceneFunction{};
 }
 

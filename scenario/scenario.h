@@ -9,6 +9,7 @@
 #include <list>
 #include <memory>
 
+#include "audio/midi.h"
 #include "audio/wave.h"
 #include "foundation/string.h"
 #include "graphics/colour_key.h"
@@ -18,7 +19,6 @@
 #include "scenario/registers.h"
 #include "scenario/scenario_host.h"
 #include "scenario/scene_function.h"
-#include "scenario/song_record.h"
 
 namespace qv {
 
@@ -132,9 +132,11 @@ class QVScenario {
   void ShowWindow(const char* name, int32_t visible);
   void HoldView(const char* name);
   void ReleaseView(const char* name, int32_t redraw);
-  /// Fills a named surface, or a view, which is then shown.
+  /// Fills a named surface, or a view, which is then shown. A view of 32 bits has no colours of its
+  /// own: the index is one of a new surface's.
   void FillObject(const char* name, int32_t index);
-  /// Gives a surface or a view the colours of a surface, a view or a picture file.
+  /// Gives a surface or a view the colours of a surface, a view or a picture file. A view of 32
+  /// bits neither has colours to give nor takes any.
   void CopyPalette(const char* target, const char* source);
   /// The window's outline from a named surface, which stays as it is.
   void SetClipShape(const char* window, const char* surface, ColourKey key);
@@ -170,8 +172,8 @@ class QVScenario {
   // Sounds (sounds.cpp). A channel is ChannelWave or ChannelMidi; any other does nothing.
 
   /// Starts a wave: `loops` 0 for ever, else how often. Without `stopFirst` it waits for the end of
-  /// what sounds, or for the abort, and then starts nothing. `areaName` names an animation area that
-  /// moves with it; null, or the name of anything else, none.
+  /// what sounds, or for the abort, and then starts nothing. `areaName` names an animation area
+  /// that moves with it; null, or the name of anything else, none.
   void PlayWave(const char* path, uint32_t loops, int32_t stopFirst, const char* areaName);
   void StopSound(int32_t channel);
   /// Tenths of a second, or the channel whose end is waited for. Raises on abort.
@@ -202,13 +204,13 @@ class QVScenario {
   void SetExternalFont(const char* fileName, int32_t unused = 0);
 
   ScenarioHost* host() const { return host_; }
-  SongRecord& song() { return song_; }
   QVWave& wave() { return wave_; }
+  QVMidi& midi() { return midi_; }
   // The register files themselves, for who looks at them from outside while a scene waits.
   QVReg& registers() { return registers_; }
   QVStrReg& strings() { return strings_; }
   QVReg& systemRegisters() { return systemRegisters_; }
-  const SongRecord& song() const { return song_; }
+  const QVMidi& midi() const { return midi_; }
 
  private:
   using ObjectList = std::list<std::unique_ptr<LogicalObject>>;
@@ -218,7 +220,7 @@ class QVScenario {
   bool songPlaying() const;
   void fadeInSong(const char* path, uint32_t millis);
   void fadeOutSong(uint32_t millis);
-  void waitSong();
+  void waitSong();  ///< raises on abort
 
   ObjectList::iterator findPlace(const char* name);
   void addObject(const ObjectKind& kind, const char* name, const ObjectArguments& arguments);
@@ -237,7 +239,7 @@ class QVScenario {
   QVReg registers_;
   QVStrReg strings_;
   QVWave wave_;
-  SongRecord song_;
+  QVMidi midi_;
   QVString defaultFont_;
   QVString currentFont_;
   RandomGenerator random_;

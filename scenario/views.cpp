@@ -204,8 +204,11 @@ void QVScenario::FillObject(const char* name, int32_t index) {
   const auto colour = static_cast<uint8_t>(index);
   if (QVVSurface* surface = namedSurface(*this, name)) return surface->fill(colour);
   View* const view = namedView(*this, name);
-  if (!view || !view->surface8()) return;
-  view->surface8()->fill(colour);
+  if (!view) return;
+  if (QVVSurface* surface = view->surface8())
+    surface->fill(colour);
+  else
+    view->surface32()->fill(defaultColours()[colour]);
   view->flush(nullptr, 0);
 }
 

@@ -202,29 +202,12 @@ def masks():
 
 
 def clouds():
-    """1280 wide; what leaves at the right comes in at the left."""
-    d = Drawing(1280, 160)
-    r = random.Random(12)
-    heaps = []
-    for x, s in ((60, 120), (250, 74), (430, 140), (640, 92), (800, 130), (1010, 84), (1150, 126)):
-        y = 128 - r.uniform(0, 18)
-        blobs = []
-        for i in range(9):
-            t = (i - 4) / 4
-            radius = s * (.36 - abs(t) * .2) * r.uniform(.85, 1.12)
-            blobs.append((x + t * s * .95, y - radius * .4, radius * 1.2, radius))
-        heaps.append((x, y, s, blobs))
-    fill = d.linear([(0, '#ffffff'), (.6, '#e4eef8'), (1, '#a4bcdc')], 0, 50, 0, 152, True)
-    shade = d.linear([(0, '#d0e0f2'), (1, '#93add4')], 0, 70, 0, 156, True)
-    for shift in (-1280, 0, 1280):
-        d.add(*[ellipse(x + dx + shift, y + 4, rx * 1.1, ry * .7, shade)
-                for x, y, s, _ in heaps for dx, rx, ry in ((s * .8, s * .8, s * .32), (-s * .8, s * .8, s * .28))
-                for y in (y + 8, )])
-    d.add(rect(0, 144, 1280, 16, shade))
-    for shift in (-1280, 0, 1280):
-        for x, y, s, blobs in heaps:
-            d.add(*[ellipse(bx + shift, by, rx, ry, fill) for bx, by, rx, ry in blobs],
-                  ellipse(x + shift, y + s * .03, s * 1.15, s * .1, fill))
+    """1280 wide, clouds that stand alone; what leaves at the right comes in at the left."""
+    d = Drawing(1280, 120)
+    for seed, (x, y, size) in enumerate(((90, 84, 92), (300, 46, 54), (470, 98, 70), (690, 70, 104),
+                                         (905, 38, 48), (1090, 92, 80))):
+        for shift in (-1280, 0, 1280):
+            cloud(d, x + shift, y, size, '#ffffff', '#b4cae6', seed=20 + seed)
     d.save('KSC001')
 
 

@@ -25,6 +25,8 @@ constexpr int32_t BlinkCells = 8, MouthCells = 3;
 
 const std::array Backgrounds{"cg\\KBA014.mcg", "cg\\KBA015.mcg", "cg\\KBA021.mcg", "cg\\KBA030.mcg",
                              "cg\\KBA040.mcg", "cg\\KBA041.mcg", "cg\\KBA050.mcg"};
+/// Two skies over one place, with one table of colours for both.
+const std::array Gates{"cg\\KBA014.mcg", "cg\\KBA015.mcg"};
 const std::array Masks{"dat\\mask01.mcg", "dat\\mask02.mcg", "dat\\mask03.mcg", "dat\\mask04.mcg"};
 
 /// What the player has pressed ends the reel.
@@ -46,17 +48,33 @@ View* screenView() {
 }
 
 void bring(int32_t effect, int32_t lookTenths) {
-  constexpr int32_t FadeSteps = 12;
-  theScenario->DrawTo("cg.view", nextBackground(), effect == 9 ? FadeSteps : 0, 0, 0, 0, 0, 0,
-                      effect);
+  constexpr int32_t PaletteFade = 9, FadeSteps = 12;
+  // The palette fade begins in the old picture's colours: black is the one that suits all.
+  if (effect == PaletteFade) theScenario->FadeView("cg.view", FadeSteps, 0, 0);
+  theScenario->DrawTo("cg.view", nextBackground(), effect == PaletteFade ? FadeSteps : 0, 0, 0, 0,
+                      0, 0, effect);
   look(lookTenths);
+}
+
+/// Effects that mix both pictures on the surface show the old one in the new one's colours.
+void dissolve(int32_t effect) {
+  static size_t at = 0;
+  theScenario->DrawTo("cg.view", Gates[at++ % Gates.size()], 0, 0, 0, 0, 0, 0, effect);
+  look(2);
 }
 
 void everyEffect() {
   struct Range {
     int32_t first, last;
   };
-  for (const Range range : {Range{1, 5}, Range{9, 23}, Range{26, 52}, Range{60, 63}})
+  for (int32_t effect = 1; effect <= 5; ++effect)
+    dissolve(effect);
+  for (int32_t effect = 9; effect <= 23; ++effect)
+    bring(effect, 2);
+  theScenario->DrawTo("cg.view", Gates.back(), 0, 0, 0, 0, 0, 0, 44);
+  for (int32_t effect = 26; effect <= 29; ++effect)
+    dissolve(effect);
+  for (const Range range : {Range{30, 52}, Range{60, 63}})
     for (int32_t effect = range.first; effect <= range.last; ++effect)
       bring(effect, 2);
 }
@@ -162,7 +180,7 @@ void scrolling() {
   theScenario->DrawTo("cg.view", "cg\\KBA015.mcg", 0, 0, 0, 0, 0, 0);
   takeOwnColours(screen(), "cg\\KSC001.mcg");
   ScrollStage stage(screenView());
-  constexpr int32_t CloudHeight = 160, Ticks = 120;
+  constexpr int32_t CloudHeight = 120, Ticks = 120;
   stage.put(0, {.surface = &sky, .place = Rectangle::at(0, 0, Width, CloudHeight)});
   stage.put(1, {.surface = &clouds,
                 .place = Rectangle::at(0, 0, Width, CloudHeight),
@@ -177,7 +195,7 @@ void scrolling() {
 }
 
 void fades() {
-  theScenario->DrawTo("cg.view", "cg\\KAI001.mcg", 0, 0, 0, 0, 0, 0, 3);
+  theScenario->DrawTo("cg.view", "cg\\KAI001.mcg", 0, 0, 0, 0, 0, 0, 44);
   look(8);
   theScenario->FadeView("cg.view", 16, 255, 0);
   theScenario->DrawTo("cg.view", "dat\\QVlogo.mcg", 0, 0, 0, 0, 0, 0, 5);

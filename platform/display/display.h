@@ -73,6 +73,7 @@ struct WindowOptions {
   std::string title;
   Scaling scaling = Scaling::Fit;
   bool fullScreen = false;
+  int scale = 1;  ///< the window's size at first, in whole game screens
 };
 
 /// The SDL2 form (library qv_sdl). Null where no window can be opened; `whyNot` then says so in a

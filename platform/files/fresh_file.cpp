@@ -137,7 +137,24 @@ int64_t FreshFile::size() const {
                          : std::max(written_, bufferAt_ + static_cast<int64_t>(buffer_.size()));
 }
 
+/// Until the folder is on the disk too, a loss of power may bring the old name's file back.
+int FreshFile::syncFolder() const {
+  // What leads to the folder may not have been opened for such a call.
+  const Descriptor folder(openat(folder_.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder || fileCalls().sync(folder.get()) == 0) return 0;
+  // There are disks that know no such call for folders.
+  return errno == EINVAL || errno == ENOTSUP ? 0 : errno;
+}
+
 int FreshFile::commit(bool flushed, std::optional<int64_t> modifiedMillis) {
+  if (!committed_) {
+    if (const int error = takeName(flushed, modifiedMillis)) return error;
+    committed_ = true;
+  }
+  return flushed ? syncFolder() : 0;
+}
+
+int FreshFile::takeName(bool flushed, std::optional<int64_t> modifiedMillis) {
   if (const int error = flush()) return error;
   struct stat old {};
   struct stat fresh {};
@@ -161,11 +178,8 @@ int FreshFile::commit(bool flushed, std::optional<int64_t> modifiedMillis) {
   if (flushed) {
     if (const int error = sync()) return error;
   }
-  if (fileCalls().renameIn(folder_.get(), unfinishedName_.c_str(), name_.c_str()) != 0) {
-    return errno;
-  }
-  committed_ = true;
-  return 0;
+  const int renamed = fileCalls().renameIn(folder_.get(), unfinishedName_.c_str(), name_.c_str());
+  return renamed == 0 ? 0 : errno;
 }
 
 void FreshFile::removeLeftovers(int folder) {

@@ -32,8 +32,10 @@ class FreshFile {
   /// `count` gets the bytes read, fewer at the end.
   int read(int64_t at, void* buffer, size_t size, size_t& count);
   int64_t size() const;
-  /// Takes the name. With `flushed` the bytes are on the disk before; `modifiedMillis` (UTC since
-  /// 1970) becomes its time where the machine's clock is not the one that counts.
+  /// Takes the name. With `flushed` the bytes are on the disk before, and the name is when it
+  /// returns; where the disk refuses the name alone, the file stands and a further call asks the
+  /// disk again. `modifiedMillis` (UTC since 1970) becomes its time where the machine's clock is
+  /// not the one that counts.
   int commit(bool flushed, std::optional<int64_t> modifiedMillis);
 
   /// Removes the leftovers of killed writers in an open folder.
@@ -43,6 +45,8 @@ class FreshFile {
   FreshFile(Descriptor folder, Descriptor file, std::string name, std::string unfinishedName);
   int flush();
   int sync();
+  int takeName(bool flushed, std::optional<int64_t> modifiedMillis);
+  int syncFolder() const;
 
   Descriptor folder_, file_;
   std::string name_, unfinishedName_;

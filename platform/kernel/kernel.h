@@ -32,10 +32,9 @@ enum class WaitCut { ByTermination, Never };
 enum class LockRank : int {
   SceneGate = 5,    ///< the host's hold on a scene that waits, while it looks at the game
   Manager = 10,     ///< the manager's object list
-  PrintArea = 20,   ///< one print area
   Wave = 22,        ///< the wave channel, whose mouth is an animation
-  Animation = 25,   ///< start and stop of one animation, which waits for its thread
-  ClickMaps = 28,   ///< the click maps on one view, while they paint
+  Animation = 25,   ///< start and stop of one animation or song, which waits for its thread
+  ClickMaps = 28,   ///< the click maps of one view, while they paint
   Object = 30,      ///< any other engine object
   WindowList = 40,  ///< the host's list of window objects
   Compositor = 45,  ///< the windows' painted pixels and the frame

@@ -129,6 +129,57 @@ int virtualKeyOf(const SDL_Keysym& key) {
   return virtualKeyOfPlace(key.scancode);
 }
 
+// --- Pads ---
+
+namespace {
+
+struct PadButton {
+  SDL_GameControllerButton button;
+  int key;
+};
+constexpr PadButton PadButtons[] = {
+    {SDL_CONTROLLER_BUTTON_DPAD_UP, KeyUp},     {SDL_CONTROLLER_BUTTON_DPAD_DOWN, KeyDown},
+    {SDL_CONTROLLER_BUTTON_DPAD_LEFT, KeyLeft}, {SDL_CONTROLLER_BUTTON_DPAD_RIGHT, KeyRight},
+    {SDL_CONTROLLER_BUTTON_A, KeyReturn},       {SDL_CONTROLLER_BUTTON_B, KeyEscape},
+};
+/// What the two axes of the left stick press to either side.
+constexpr int StickKeys[2][2] = {{KeyLeft, KeyRight}, {KeyUp, KeyDown}};
+
+DisplayEvent padKey(int key, bool down) {
+  DisplayEvent event;
+  event.kind = down ? DisplayEvent::Kind::KeyDown : DisplayEvent::Kind::KeyUp;
+  event.key = key;
+  return event;
+}
+
+}  // namespace
+
+std::vector<DisplayEvent> PadKeys::translate(const SDL_Event& event) {
+  std::vector<DisplayEvent> keys;
+  if (event.type == SDL_CONTROLLERBUTTONDOWN || event.type == SDL_CONTROLLERBUTTONUP)
+    for (const PadButton& known : PadButtons)
+      if (event.cbutton.button == known.button)
+        keys.push_back(padKey(known.key, event.type == SDL_CONTROLLERBUTTONDOWN));
+  if (event.type == SDL_CONTROLLERAXISMOTION) takeAxis(event.caxis.axis, event.caxis.value, keys);
+  // A pad that goes lets its stick go.
+  if (event.type == SDL_CONTROLLERDEVICEREMOVED)
+    for (const int axis : {0, 1})
+      takeAxis(axis, 0, keys);
+  return keys;
+}
+
+void PadKeys::takeAxis(int axis, int value, std::vector<DisplayEvent>& keys) {
+  static_assert(SDL_CONTROLLER_AXIS_LEFTX == 0 && SDL_CONTROLLER_AXIS_LEFTY == 1);
+  if (axis < 0 || axis > 1) return;
+  int& held = held_[axis];
+  const int side = value >= HeldAxis ? 1 : value <= -HeldAxis ? -1 : 0;
+  const bool trembles = side == 0 && value * held > LetGoAxis;
+  if (side == held || trembles) return;
+  if (held != 0) keys.push_back(padKey(StickKeys[axis][held > 0], false));
+  if (side != 0) keys.push_back(padKey(StickKeys[axis][side > 0], true));
+  held = side;
+}
+
 DisplayEvent translateEvent(const SDL_Event& event, const WindowGeometry& geometry) {
   switch (event.type) {
     case SDL_MOUSEMOTION:

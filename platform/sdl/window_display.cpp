@@ -38,6 +38,8 @@ class WindowDisplay : public Display {
   void handle(const SDL_Event& event);
   void handleWindow(const SDL_WindowEvent& event);
   void handleFinger(const SDL_TouchFingerEvent& finger);
+  void startPads();
+  bool handlePad(const SDL_Event& event);
   void emit(DisplayEvent::Kind kind);
 
   Scaling scaling_;
@@ -52,6 +54,8 @@ class WindowDisplay : public Display {
   std::atomic<bool> wakePending_ = false;  ///< a wake stands in SDL's queue: one is enough
   bool fullScreen_ = false, minimised_ = false, shownOnce_ = false;
   bool fingerDown_ = false;
+  bool padsTried_ = false, padsStarted_ = false;
+  PadKeys padKeys_;
   SDL_FingerID finger_ = 0;  ///< the first finger is the pointer, the others mean nothing
 };
 
@@ -104,7 +108,7 @@ bool WindowDisplay::open(const WindowOptions& options, std::string& whyNot) {
   const uint32_t flags = SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI |
                          (options.fullScreen ? uint32_t{SDL_WINDOW_FULLSCREEN_DESKTOP} : 0u);
   window_ = SDL_CreateWindow(options.title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
-                             ScreenWidth, ScreenHeight, flags);
+                             ScreenWidth * options.scale, ScreenHeight * options.scale, flags);
   if (window_)
     renderer_ = SDL_CreateRenderer(
         window_, -1, isSet("SDL_RENDER_DRIVER") ? 0u : uint32_t{SDL_RENDERER_SOFTWARE});
@@ -123,6 +127,7 @@ bool WindowDisplay::open(const WindowOptions& options, std::string& whyNot) {
 
 WindowDisplay::~WindowDisplay() {
   if (cursor_) SDL_FreeCursor(cursor_);
+  if (padsStarted_) SDL_QuitSubSystem(SDL_INIT_GAMECONTROLLER);
   if (texture_) SDL_DestroyTexture(texture_);
   if (renderer_) SDL_DestroyRenderer(renderer_);
   if (window_) SDL_DestroyWindow(window_);
@@ -228,7 +233,26 @@ void WindowDisplay::handleFinger(const SDL_TouchFingerEvent& finger) {
   ready_.push_back(event);
 }
 
+/// Looks for pads once something is shown: the search would only keep the first picture back.
+void WindowDisplay::startPads() {
+  padsTried_ = true;
+  padsStarted_ = SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER) == 0;
+}
+
+bool WindowDisplay::handlePad(const SDL_Event& event) {
+  if (event.type < SDL_CONTROLLERAXISMOTION || event.type > SDL_CONTROLLERSENSORUPDATE)
+    return false;
+  // SDL closes what is still open at its own end.
+  if (event.type == SDL_CONTROLLERDEVICEADDED) SDL_GameControllerOpen(event.cdevice.which);
+  if (event.type == SDL_CONTROLLERDEVICEREMOVED)
+    SDL_GameControllerClose(SDL_GameControllerFromInstanceID(event.cdevice.which));
+  for (DisplayEvent& key : padKeys_.translate(event))
+    ready_.push_back(std::move(key));
+  return true;
+}
+
 void WindowDisplay::handle(const SDL_Event& event) {
+  if (handlePad(event)) return;
   switch (event.type) {
     case SDL_WINDOWEVENT:
       handleWindow(event.window);
@@ -253,6 +277,7 @@ void WindowDisplay::handle(const SDL_Event& event) {
 }
 
 bool WindowDisplay::waitEvent(DisplayEvent& event, uint32_t limitMillis) {
+  if (shownOnce_ && !padsTried_) startPads();
   const uint32_t start = tickCount();
   while (ready_.empty()) {
     int remaining = -1;

@@ -25,6 +25,15 @@ constexpr auto Drawings = [] {
   return drawings;
 }();
 
+static_assert(std::all_of(Drawings.begin(), Drawings.end(),
+                          [](const Drawing& drawing) { return areStrokes(drawing.strokes); }),
+              "a drawing is not written as strokes are");
+static_assert(std::adjacent_find(Drawings.begin(), Drawings.end(),
+                                 [](const Drawing& a, const Drawing& b) {
+                                   return a.character == b.character;
+                                 }) == Drawings.end(),
+              "a character has two drawings");
+
 const Drawing* drawingOf(char16_t character) {
   const auto* const found = std::lower_bound(
       Drawings.begin(), Drawings.end(), character,
@@ -45,15 +54,16 @@ constexpr std::u16string_view HalfWidth =
     u"。「」、・ヲァィゥェォャュョッーアイウエオカキクケコサシスセソ"
     u"タチツテトナニヌネノハヒフヘホマミムメモヤユヨラリルレロワン゛゜";
 constexpr unsigned FirstHalfWidth = 0xA1;
+constexpr char16_t FirstHalfWidthCharacter = u'｡';
 
-constexpr std::string_view VoicedMark = "C1 D3 / E0 F2";
-constexpr std::string_view HalfVoicedMark = "D0 E0 F1 F2 E3 D3 C2 C1 D0";
+constexpr std::string_view VoicedMark = "B1 C3 / D0 E2";
+constexpr std::string_view HalfVoicedMark = "C0 D0 E1 E2 D3 C3 B2 B1 C0";
 
 /// A kana beside its mark is a little narrower and lower.
-constexpr StrokePlacing BesideMark = {15, -6, 15, 14};
+constexpr StrokePlacing BesideMark = {14, -2, 15, 14};
 constexpr StrokePlacing SmallKana = {11, 36, 11, 72};
-/// A letter of the seven columns on the full width: twelve pixels.
-constexpr StrokePlacing WideLetter = {29, 32, 16, 0};
+/// A letter of the seven columns on the full width: ten pixels.
+constexpr StrokePlacing WideLetter = {24, 48, 16, 0};
 
 char16_t baseIn(std::u16string_view pairs, char16_t character) {
   for (size_t at = 0; at + 1 < pairs.size(); at += 2)
@@ -90,14 +100,20 @@ std::optional<StrokePicture> drawn(char16_t character, const StrokePlacing& plac
   return picture;
 }
 
+/// Half-width katakana: seven columns of the eight.
 constexpr StrokePlacing NarrowKana = {7, 0, 16, 0};
+
+std::optional<StrokePicture> halfWidth(size_t at) {
+  const auto own = static_cast<char16_t>(FirstHalfWidthCharacter + at);
+  if (drawingOf(own)) return drawn(own, {});
+  return drawn(HalfWidth[at], NarrowKana);
+}
 
 }  // namespace
 
 std::optional<BuiltinGlyph> builtinGlyph(uint16_t code) {
   if (code >= FirstHalfWidth && code < FirstHalfWidth + HalfWidth.size()) {
-    const auto picture = drawn(HalfWidth[code - FirstHalfWidth], NarrowKana);
-    if (picture) return BuiltinGlyph{8, *picture};
+    if (const auto picture = halfWidth(code - FirstHalfWidth)) return BuiltinGlyph{8, *picture};
   } else if (code >= 0x20 && code < 0x7F) {
     if (const auto picture = drawn(code, {})) return BuiltinGlyph{8, *picture};
   } else if (code > 0xFF) {

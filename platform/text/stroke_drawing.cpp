@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 namespace qv {
@@ -39,20 +40,21 @@ std::vector<Point> pointsOf(std::string_view stroke, const StrokePlacing& placin
   return points;
 }
 
-using Path = std::vector<Point>;  // pixels in the order of the pen
+using Path = std::vector<Point>;  // pixels; those of a curve in the pen's order
 
 void goTo(Path& path, Point pixel) {
   if (path.empty() || path.back() != pixel) path.push_back(pixel);
 }
 
-void lineTo(Path& path, Point end) {
-  if (path.empty()) return goTo(path, end);
-  const Point start = path.back();
-  const int dx = end.x - start.x, dy = end.y - start.y;
+/// The line is the same in both directions.
+void addLine(Path& path, Point from, Point to) {
+  if (std::pair(to.x, to.y) < std::pair(from.x, from.y)) std::swap(from, to);
+  const int dx = to.x - from.x, dy = to.y - from.y;
   const int steps = std::max(std::abs(dx), std::abs(dy));
+  path.push_back(from);
   for (int step = 1; step <= steps; ++step)
-    goTo(path,
-         {start.x + rounded(dx * step * 16 / steps), start.y + rounded(dy * step * 16 / steps)});
+    path.push_back(
+        {from.x + rounded(dx * step * 16 / steps), from.y + rounded(dy * step * 16 / steps)});
 }
 
 /// One coordinate of the curve from b to c (Catmull and Rom's), whose neighbours are a and d.
@@ -98,8 +100,11 @@ void drawStroke(StrokePicture& picture, std::string_view stroke, const StrokePla
     curveThrough(path, points);
     path = withoutCorners(path);
   } else {
-    for (const Point& point : points)
-      lineTo(path, {rounded(point.x), rounded(point.y)});
+    for (size_t at = 0; at < points.size(); ++at) {
+      const Point& from = points[at > 0 ? at - 1 : 0];
+      addLine(path, {rounded(from.x), rounded(from.y)},
+              {rounded(points[at].x), rounded(points[at].y)});
+    }
   }
   for (const Point& pixel : path)
     if (pixel.x >= 0 && pixel.x < Side && pixel.y >= 0 && pixel.y < Side)

@@ -17,6 +17,24 @@ struct StrokePlacing {
   int scaleY = 16, moveY = 0;
 };
 
+/// Whether a text is strokes in the form below, and nothing else. A text without strokes is too.
+constexpr bool areStrokes(std::string_view text) {
+  bool first = true;  // of its stroke
+  for (size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == ' ') continue;
+    if (text[at] == '/' && !first) {
+      first = true;
+      continue;
+    }
+    if (text[at] == '~' && first) ++at;
+    const std::string_view point = text.substr(at < text.size() ? at : text.size(), 2);
+    if (point.size() < 2 || point.find_first_not_of("0123456789ABCDEF") != point.npos) return false;
+    if (++at + 1 < text.size() && text[at + 1] != ' ') return false;
+    first = false;
+  }
+  return text.empty() || !first;
+}
+
 /// Strokes are parted by "/"; a stroke is a row of points, each two hexadecimal digits (x, then y,
 /// from the top left), joined by straight lines; one that begins with "~" runs through its points
 /// in a curve. "23 D3 / ~61 66 7C" is a bar and a bent pole. What lies outside the picture, and

@@ -125,18 +125,12 @@ size_t TextRenderer::fitBytes(const TextStyle& asked, std::string_view run, int 
   return fitting;
 }
 
-int TextRenderer::draw(const TextTarget& target, int x, int y, const TextStyle& style,
-                       std::string_view run, uint32_t colour) {
-  return draw(PixelTarget<uint32_t>{target.pixels, target.width, target.height, target.strideWords},
-              x, y, style, run, colour);
-}
-
 int TextRenderer::draw(const PixelTarget<uint8_t>& target, int x, int y, const TextStyle& style,
                        std::string_view run, uint8_t index) {
   return body_->draw<uint8_t>(target, x, y, style, run, index, nullptr);
 }
 
-int TextRenderer::draw(const PixelTarget<uint32_t>& target, int x, int y, const TextStyle& style,
+int TextRenderer::draw(const TextTarget& target, int x, int y, const TextStyle& style,
                        std::string_view run, uint32_t colour) {
   return body_->draw<uint32_t>(target, x, y, style, run, colour & ColourBits, nullptr);
 }
@@ -147,9 +141,8 @@ int TextRenderer::drawOutlined(const PixelTarget<uint8_t>& target, int x, int y,
   return body_->draw<uint8_t>(target, x, y, style, run, index, &outline);
 }
 
-int TextRenderer::drawOutlined(const PixelTarget<uint32_t>& target, int x, int y,
-                               const TextStyle& style, std::string_view run, uint32_t colour,
-                               uint32_t outline) {
+int TextRenderer::drawOutlined(const TextTarget& target, int x, int y, const TextStyle& style,
+                               std::string_view run, uint32_t colour, uint32_t outline) {
   outline &= ColourBits;
   return body_->draw<uint32_t>(target, x, y, style, run, colour & ColourBits, &outline);
 }

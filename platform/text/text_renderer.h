@@ -15,12 +15,8 @@
 
 namespace qv {
 
-/// Pixels 0x00RRGGBB, top row first.
-struct TextTarget {
-  uint32_t* pixels = nullptr;
-  int width = 0, height = 0;
-  int strideWords = 0;
-};
+/// Pixels 0x00RRGGBB.
+using TextTarget = PixelTarget<uint32_t>;
 
 class TextRenderer {
  public:
@@ -43,13 +39,11 @@ class TextRenderer {
   /// On pixels that are indices of colours.
   int draw(const PixelTarget<uint8_t>& target, int x, int y, const TextStyle& style,
            std::string_view run, uint8_t index);
-  int draw(const PixelTarget<uint32_t>& target, int x, int y, const TextStyle& style,
-           std::string_view run, uint32_t colour);
   /// The same pixels as the run drawn one pixel to each of the four sides in the outline's colour,
   /// then at its place, for less than half the work.
   int drawOutlined(const PixelTarget<uint8_t>& target, int x, int y, const TextStyle& style,
                    std::string_view run, uint8_t index, uint8_t outline);
-  int drawOutlined(const PixelTarget<uint32_t>& target, int x, int y, const TextStyle& style,
+  int drawOutlined(const TextTarget& target, int x, int y, const TextStyle& style,
                    std::string_view run, uint32_t colour, uint32_t outline);
 
  private:

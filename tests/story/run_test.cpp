@@ -5,19 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/story/story_host.h"
 #include "tests/support/process.h"
 #include "tests/support/test_platform.h"
 
 namespace qv::testing {
 namespace {
-
-const std::string Stories = QV_OUTPUT_DIR "/test-stories/";
-
-/// A static build has the scenes of each story in a host program of its own.
-std::string hostOf(const std::string& story) {
-  const std::string host = QV_BIN_DIR "/qvrun";
-  return QV_ONE_EXECUTABLE ? host + "-" + story : host;
-}
 
 class RunTest : public ::testing::Test {
  protected:
@@ -370,11 +363,30 @@ TEST_F(RunTest, HelpAndVersionAnswerWithStatusZero) {
   ProcessResult result = bare({"--help"});
   EXPECT_EQ(result.status, 0);
   for (const char* option : {"--play", "--headless", "--simulate", "--shots", "--trace", "--user",
-                             "--disc", "--scene", "--record"})
+                             "--disc", "--scene", "--record", "--frames"})
     EXPECT_NE(result.output.find(option), std::string::npos) << option;
   result = bare({"--version"});
   EXPECT_EQ(result.status, 0);
   EXPECT_TRUE(result.output.starts_with("qvrun ")) << result.output;
+}
+
+TEST_F(RunTest, EveryFrameCanBeKeptAsAPicture) {
+  const std::string frames = (folder.path() / "frames").string();
+  expectGood(play("trouble", "key 1\nsleep 300\nanswer ok\nkey Return\n",
+                  {"--simulate", "1", "--frames", frames}));
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(frames))
+    names.push_back(entry.path().filename().string());
+  std::sort(names.begin(), names.end());
+  ASSERT_EQ(names.size(), 2u) << "the box, the empty screen";
+  EXPECT_EQ(names.front(), "0001-0ms.png");
+  const auto pixels = [&](const std::string& name) {
+    return readWhole(std::filesystem::path(frames) / name);
+  };
+  EXPECT_NE(pixels(names[0]), pixels(names[1]));
+  const ProcessResult result = play("trouble", "key 1\nanswer ok\nquit\n", {"--frames", "/proc/nowhere"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.errors.find("/proc/nowhere/0001-0ms.png"), std::string::npos) << result.errors;
 }
 
 TEST_F(RunTest, SettingsSurviveARestartInTheSystemFile) {

@@ -91,6 +91,7 @@ std::span<const Kind> kernelKinds();
 std::span<const Kind> layoutKinds();
 std::span<const Kind> mcgKinds();
 std::span<const Kind> messageKinds();
+std::span<const Kind> midiKinds();
 std::span<const Kind> paletteKinds();
 std::span<const Kind> registerKinds();
 std::span<const Kind> saveKinds();

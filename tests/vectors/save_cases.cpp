@@ -20,7 +20,7 @@ void gameFile(Case& given) {
   for (const auto& [number, text] : given["strings"].items())
     put(manager.StrReg(std::stoi(number)), bytesOfHex(text.get<std::string>()));
   manager.SetSceneName(given.bytes("scene").c_str());
-  manager.song().set(static_cast<SongRecord::State>(given.int32("midi_state")),
+  manager.midi().set(static_cast<QVMidi::State>(given.int32("midi_state")),
                      given.uint32("midi_loop"), given.bytes("midi_path").c_str());
   const std::string file =
       bytesWritten(platform, [&](QVFile& target) { manager.SaveState(target); });
@@ -29,11 +29,11 @@ void gameFile(Case& given) {
 }
 
 void midiRecord(Case& given) {
-  SongRecord song;
-  song.set(static_cast<SongRecord::State>(given.int32("state")), given.uint32("loop"),
+  testing::TestPlatform& platform = given.platform();
+  QVMidi song;
+  song.set(static_cast<QVMidi::State>(given.int32("state")), given.uint32("loop"),
            given.bytes("path").c_str());
-  given.expectBytes("expect",
-                    bytesWritten(given.platform(), [&](QVFile& file) { song.save(file); }));
+  given.expectBytes("expect", bytesWritten(platform, [&](QVFile& file) { song.save(file); }));
 }
 
 void userNameFile(Case& given) {

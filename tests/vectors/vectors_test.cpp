@@ -42,7 +42,7 @@ const std::vector<Topic>& topics() {
        saveKinds(),
        {"date_rule", "load_screen_marks", "newest_quick", "quick_load_file", "quick_rotation",
         "slots"}},
-      {"midi", {}, {"midi"}},
+      {"midi", midiKinds(), {}},
       {"sound", soundKinds(), {}},
       {"layout", layoutKinds(), {}},
       {"message", messageKinds(), {"scroll"}},

@@ -15,5 +15,7 @@ void addBmpCommands(CLI::App& program);
 void addPaletteCommands(CLI::App& program);
 void addMapCommands(CLI::App& program);
 void addSongCommands(CLI::App& program);
+void addFontCommands(CLI::App& program);
+void addReelCommand(CLI::App& program);
 
 }  // namespace qv::tool

@@ -26,6 +26,12 @@ void addEncodeOptions(CLI::App& command, EncodeOptions& options) {
       .add_option("--key-transparent", options.key,
                   "INDEX: transparent pixels get this index, and with them the top left one")
       ->check(CLI::Range(0, 255));
+  command
+      .add_option(
+          "--palette-of", options.companions,
+          "FILE: a picture that shares this one's colours; may be repeated. All of them are "
+          "given the same options")
+      ->allow_extra_args(false);
   command.add_flag("--no-statics", options.noStatics,
                    "Pixels get no static colour, so that tints and fades of the palette find them "
                    "all");
@@ -53,11 +59,13 @@ Image sourceImage(const EncodeOptions& options) {
 
 codec::IndexedPicture indexedSource(const EncodeOptions& options) {
   const Image image = sourceImage(options);
-  const bool chosen =
-      !options.entries.empty() || !options.fixed.empty() || options.key >= 0 || options.noStatics;
+  const bool chosen = !options.entries.empty() || !options.fixed.empty() || options.key >= 0 ||
+                      options.noStatics || !options.companions.empty();
   if (options.asIs) {
     if (chosen)
-      throw Failure("--as-is goes with none of --entries, --fix, --key-transparent, --no-statics.");
+      throw Failure(
+          "--as-is goes with none of --entries, --fix, --key-transparent, --palette-of, "
+          "--no-statics.");
     if (!image.indexed) throw Failure(options.source.string() + " is no indexed PNG.");
     return *image.indexed;
   }
@@ -75,6 +83,13 @@ codec::IndexedPicture indexedSource(const EncodeOptions& options) {
   if (options.key >= 0) wishes.key = options.key;
   wishes.dither = options.dither;
   wishes.statics = !options.noStatics;
+  // Each of the set has to come to the same colours, so all count in their own size.
+  if (!options.companions.empty()) {
+    std::vector<Image> together{readPicture(options.source, 0, 0)};
+    for (const std::filesystem::path& companion : options.companions)
+      together.push_back(readPicture(companion, 0, 0));
+    wishes = commonColours(together, wishes);
+  }
   std::vector<std::string> warnings;
   codec::IndexedPicture picture = quantise(image, wishes, warnings);
   for (const std::string& warning : warnings)

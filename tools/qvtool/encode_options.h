@@ -19,6 +19,7 @@ struct EncodeOptions {
   std::filesystem::path source, target;
   std::string size, entries;
   std::vector<std::string> fixed;
+  std::vector<std::filesystem::path> companions;  ///< that share the picture's colours
   int key = -1;
   double dither = 1;
   bool noStatics = false, asIs = false;

@@ -12,4 +12,9 @@ class Failure : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Ends a command with this status; its sentence has been said.
+struct ToldFailure {
+  int status;
+};
+
 }  // namespace qv::tool

@@ -27,6 +27,8 @@ int main(int count, char** arguments) {
   qv::tool::addPaletteCommands(program);
   qv::tool::addMapCommands(program);
   qv::tool::addSongCommands(program);
+  qv::tool::addFontCommands(program);
+  qv::tool::addReelCommand(program);
   try {
     program.parse(count, arguments);
   } catch (const CLI::Success& help) {
@@ -37,6 +39,8 @@ int main(int count, char** arguments) {
   } catch (const qv::tool::Failure& failure) {
     std::fprintf(stderr, "qvtool: %s\n", failure.what());
     return Failed;
+  } catch (const qv::tool::ToldFailure& told) {
+    return told.status;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "qvtool: %s\n", error.what());
     return Failed;

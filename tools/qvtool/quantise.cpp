@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <memory>
+#include <span>
 
 #include <libimagequant.h>
 
@@ -79,19 +80,20 @@ FixedEntries fixedEntries(const QuantiseWishes& wishes) {
   }
   if (wishes.key && !isStaticColour(static_cast<size_t>(*wishes.key)))
     setEntry(*wishes.key, KeyColour);
-  for (int entry = wishes.entries.first; entry <= wishes.entries.last; ++entry)
+  for (int entry = wishes.entries.first; entry <= wishes.entries.last && !wishes.onlyFixed; ++entry)
     if (fixed.table.marks[static_cast<size_t>(entry)] == codec::IndexedPicture::Free)
       fixed.slots.push_back(entry);
   return fixed;
 }
 
-/// How often each opaque colour stands in the picture.
-std::vector<liq_histogram_entry> opaqueColours(const Image& image) {
+/// How often each opaque colour stands in the pictures.
+std::vector<liq_histogram_entry> opaqueColours(std::span<const Image> images) {
   std::vector<uint32_t> colours;
-  for (size_t at = 0; at < image.rgba.size(); at += 4)
-    if (image.rgba[at + 3] >= OpaqueFrom)
-      colours.push_back(static_cast<uint32_t>(image.rgba[at]) << 16 |
-                        static_cast<uint32_t>(image.rgba[at + 1]) << 8 | image.rgba[at + 2]);
+  for (const Image& image : images)
+    for (size_t at = 0; at < image.rgba.size(); at += 4)
+      if (image.rgba[at + 3] >= OpaqueFrom)
+        colours.push_back(static_cast<uint32_t>(image.rgba[at]) << 16 |
+                          static_cast<uint32_t>(image.rgba[at + 1]) << 8 | image.rgba[at + 2]);
   std::sort(colours.begin(), colours.end());
   std::vector<liq_histogram_entry> counted;
   for (const uint32_t colour : colours) {
@@ -166,6 +168,48 @@ void applyKey(const Image& image, const QuantiseWishes& wishes, codec::IndexedPi
   }
 }
 
+void checkKey(const QuantiseWishes& wishes) {
+  if (wishes.key && !inRange(wishes.entries, *wishes.key) &&
+      (*wishes.key < 0 || *wishes.key > 255 || !isStaticColour(static_cast<size_t>(*wishes.key))))
+    throw Failure("The key " + std::to_string(*wishes.key) +
+                  " is neither one of the picture's entries nor a static colour.");
+}
+
+/// The quantiser's choice for all the pictures at once, and the attributes that it was made with.
+struct Choice {
+  Held<liq_attr> attributes;
+  Held<liq_result> result;
+};
+
+Choice choose(std::span<const Image> images, const FixedEntries& fixed) {
+  std::vector<liq_histogram_entry> colours = opaqueColours(images);
+  // The quantiser wants something to choose from, even where nothing is opaque.
+  if (colours.empty() && fixed.entries.empty()) colours.push_back({colourOf(KeyColour), 1});
+
+  Choice choice{Held<liq_attr>(liq_attr_create()), nullptr};
+  liq_attr* const attributes = choice.attributes.get();
+  require(attributes != nullptr, "there is no memory");
+  const size_t most = fixed.entries.size() + fixed.slots.size();
+  require(liq_set_max_colors(attributes, static_cast<int>(std::max<size_t>(most, 2))) == LIQ_OK,
+          "the number of entries was refused");
+  liq_set_speed(attributes, 3);
+  const Held<liq_histogram> histogram(liq_histogram_create(attributes));
+  if (!colours.empty())
+    require(liq_histogram_add_colors(histogram.get(), attributes, colours.data(),
+                                     static_cast<int>(colours.size()), 0) == LIQ_OK,
+            "the picture was refused");
+  for (const int entry : fixed.entries)
+    require(liq_histogram_add_fixed_color(histogram.get(),
+                                          colourOf(fixed.table.colours[static_cast<size_t>(entry)]),
+                                          0) == LIQ_OK,
+            "a fixed colour was refused");
+  liq_result* chosen = nullptr;
+  require(liq_histogram_quantize(histogram.get(), attributes, &chosen) == LIQ_OK,
+          "the quantiser failed");
+  choice.result.reset(chosen);
+  return choice;
+}
+
 }  // namespace
 
 EntryRange parseEntries(const std::string& text) {
@@ -196,51 +240,25 @@ FixedColour parseFixedColour(const std::string& text) {
 
 codec::IndexedPicture quantise(const Image& image, const QuantiseWishes& wishes,
                                std::vector<std::string>& warnings) {
-  if (wishes.key && !inRange(wishes.entries, *wishes.key) &&
-      (*wishes.key < 0 || *wishes.key > 255 || !isStaticColour(static_cast<size_t>(*wishes.key))))
-    throw Failure("The key " + std::to_string(*wishes.key) +
-                  " is neither one of the picture's entries nor a static colour.");
+  checkKey(wishes);
   FixedEntries fixed = fixedEntries(wishes);
-  std::vector<liq_histogram_entry> colours = opaqueColours(image);
-  // The quantiser wants something to choose from, even where nothing is opaque.
-  if (colours.empty() && fixed.entries.empty()) colours.push_back({colourOf(KeyColour), 1});
+  const Choice choice = choose({&image, 1}, fixed);
+  liq_result* const result = choice.result.get();
+  liq_set_dithering_level(result, static_cast<float>(wishes.dither));
 
-  const Held<liq_attr> attributes(liq_attr_create());
-  require(attributes != nullptr, "there is no memory");
-  const size_t most = fixed.entries.size() + fixed.slots.size();
-  require(
-      liq_set_max_colors(attributes.get(), static_cast<int>(std::max<size_t>(most, 2))) == LIQ_OK,
-      "the number of entries was refused");
-  liq_set_speed(attributes.get(), 3);
-  const Held<liq_histogram> histogram(liq_histogram_create(attributes.get()));
-  if (!colours.empty())
-    require(liq_histogram_add_colors(histogram.get(), attributes.get(), colours.data(),
-                                     static_cast<int>(colours.size()), 0) == LIQ_OK,
-            "the picture was refused");
-  for (const int entry : fixed.entries)
-    require(liq_histogram_add_fixed_color(histogram.get(),
-                                          colourOf(fixed.table.colours[static_cast<size_t>(entry)]),
-                                          0) == LIQ_OK,
-            "a fixed colour was refused");
-  liq_result* chosen = nullptr;
-  require(liq_histogram_quantize(histogram.get(), attributes.get(), &chosen) == LIQ_OK,
-          "the quantiser failed");
-  const Held<liq_result> result(chosen);
-  liq_set_dithering_level(result.get(), static_cast<float>(wishes.dither));
-
-  const uint32_t filler = rgbOf(liq_get_palette(result.get())->entries[0]);
+  const uint32_t filler = rgbOf(liq_get_palette(result)->entries[0]);
   const std::vector<uint8_t> rgba = opaqueCopy(image, filler);
   const Held<liq_image> source(
-      liq_image_create_rgba(attributes.get(), rgba.data(), image.width, image.height, 0));
+      liq_image_create_rgba(choice.attributes.get(), rgba.data(), image.width, image.height, 0));
   require(source != nullptr, "the picture was refused");
   codec::IndexedPicture picture;
   picture.pixels.resize(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));
-  require(liq_write_remapped_image(result.get(), source.get(), picture.pixels.data(),
+  require(liq_write_remapped_image(result, source.get(), picture.pixels.data(),
                                    picture.pixels.size()) == LIQ_OK,
           "the picture could not be mapped");
 
   // Mapping refines the colours once more: only now are they final.
-  const std::array<uint8_t, 256> places = placeColours(*liq_get_palette(result.get()), fixed);
+  const std::array<uint8_t, 256> places = placeColours(*liq_get_palette(result), fixed);
   for (uint8_t& pixel : picture.pixels)
     pixel = places[pixel];
   picture.width = image.width;
@@ -249,6 +267,21 @@ codec::IndexedPicture quantise(const Image& image, const QuantiseWishes& wishes,
   picture.marks = fixed.table.marks;
   applyKey(image, wishes, picture, warnings);
   return picture;
+}
+
+QuantiseWishes commonColours(const std::vector<Image>& images, const QuantiseWishes& wishes) {
+  checkKey(wishes);
+  FixedEntries fixed = fixedEntries(wishes);
+  const Choice choice = choose(images, fixed);
+  placeColours(*liq_get_palette(choice.result.get()), fixed);
+  QuantiseWishes common = wishes;
+  common.onlyFixed = true;
+  common.fixed.clear();
+  for (int entry = wishes.entries.first; entry <= wishes.entries.last; ++entry)
+    if (entry != wishes.key &&
+        fixed.table.marks[static_cast<size_t>(entry)] == codec::IndexedPicture::Used)
+      common.fixed.push_back({entry, fixed.table.colours[static_cast<size_t>(entry)]});
+  return common;
 }
 
 codec::IndexedPicture keepIndices(const codec::IndexedPicture& picture) {

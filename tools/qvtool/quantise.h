@@ -37,6 +37,8 @@ struct QuantiseWishes {
   /// Pixels may have static colours. Without them a tint or fade of the palette, which leaves
   /// static entries as they are, finds every pixel.
   bool statics = true;
+  /// Pixels have these colours alone, and no entry gets another one.
+  bool onlyFixed = false;
 };
 
 /// Entries of the range that got no colour, and all beyond it but the static ones, are marked free.
@@ -44,6 +46,11 @@ struct QuantiseWishes {
 /// wrong is told in `warnings`. Throws Failure.
 codec::IndexedPicture quantise(const Image& image, const QuantiseWishes& wishes,
                                std::vector<std::string>& warnings);
+
+/// The wishes with the colours fixed that suit all the pictures at once, so that each of them,
+/// quantised with these, has the same colours in the same entries. The order of the pictures does
+/// not matter. Throws Failure.
+QuantiseWishes commonColours(const std::vector<Image>& images, const QuantiseWishes& wishes);
 
 /// The picture's own indices and colours, with the static entries as they must be. Throws Failure
 /// when it uses one of them for another colour.

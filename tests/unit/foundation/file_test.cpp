@@ -1,5 +1,8 @@
 #include "foundation/file.h"
 
+#include <cerrno>
+#include <cstring>
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -352,10 +355,17 @@ TEST_F(QVFileTest, DiscardsWhatWasNotClosed) {
 }
 
 TEST_F(QVFileTest, FlushesBeforeItTakesTheNameUnlessToldOtherwise) {
-  static int syncs = 0, renames = 0, syncsAtRename = 0;
-  syncs = renames = syncsAtRename = 0;
+  static int syncs = 0, folderSyncs = 0, renames = 0, syncsAtRename = 0;
+  syncs = folderSyncs = renames = syncsAtRename = 0;
   fileCalls().sync = [](int file) {
-    ++syncs;
+    struct stat status {};
+    fstat(file, &status);
+    if (S_ISDIR(status.st_mode)) {
+      ++folderSyncs;
+      EXPECT_EQ(renames, 1) << "the folder behind the rename";
+    } else {
+      ++syncs;
+    }
     return machineFileCalls().sync(file);
   };
   fileCalls().renameIn = [](int folder, const char* from, const char* to) {
@@ -369,13 +379,50 @@ TEST_F(QVFileTest, FlushesBeforeItTakesTheNameUnlessToldOtherwise) {
   file.close();
   EXPECT_EQ(renames, 1);
   EXPECT_EQ(syncsAtRename, 1);
+  EXPECT_EQ(folderSyncs, 1);
   openNew(file);
   file.setDurability(Durability::Renamed);
   file.write("y", 1);
   file.close();
   EXPECT_EQ(renames, 2);
   EXPECT_EQ(syncs, 1);
+  EXPECT_EQ(folderSyncs, 1);
   EXPECT_EQ(saved(), "y");
+}
+
+TEST_F(QVFileTest, AsksTheDiskAgainForItsNameWhenOnlyThatFailed) {
+  static int failures = 0, error = 0, renames = 0;
+  fileCalls().sync = [](int file) {
+    struct stat status {};
+    fstat(file, &status);
+    if (!S_ISDIR(status.st_mode) || failures-- <= 0) return machineFileCalls().sync(file);
+    errno = error;
+    return -1;
+  };
+  fileCalls().renameIn = [](int folder, const char* from, const char* to) {
+    ++renames;
+    return machineFileCalls().renameIn(folder, from, to);
+  };
+  const auto save = [&](const char* bytes, int times, int code) {
+    failures = times, error = code, renames = 0;
+    QVFile file;
+    openNew(file);
+    file.write(bytes, static_cast<int32_t>(std::strlen(bytes)));
+    file.close();
+    EXPECT_EQ(renames, 1);
+    EXPECT_LE(failures, 0);
+  };
+  answer({BoxAnswer::Retry});
+  save("first", 1, EIO);
+  EXPECT_EQ(saved(), "first");
+  EXPECT_EQ(boxes().size(), 1u);
+  // A disk that knows no such call for folders is no disk that fails.
+  save("second", 1, EINVAL);
+  EXPECT_EQ(saved(), "second");
+  EXPECT_EQ(boxes().size(), 1u);
+  answer({BoxAnswer::Cancel});
+  EXPECT_THROW(save("third", 2, EIO), CannotWriteException);
+  EXPECT_EQ(saved(), "third") << "the new file is whole, wherever its name is";
 }
 
 TEST_F(QVFileTest, WritesTheBytesAgainAfterAFlushThatFailed) {

@@ -431,19 +431,40 @@ TEST_F(CompositorTest, AStackOfShapedWindowsLooksAsItDid) {
 
 // --- What the UI thread takes ---
 
+TEST_F(CompositorTest, NewWindowsAreOtherNewsThanPictures) {
+  using News = Compositor::News;
+  EXPECT_EQ(compositor.news(), News::Nothing);
+  Pane first(Red), second(Green);
+  add(first, ScreenRectangle);
+  add(second, {10, 10, 20, 20});
+  EXPECT_EQ(compositor.news(), News::NewWindows);
+  Frame taken;
+  compositor.take(taken, false);
+  EXPECT_EQ(compositor.news(), News::Nothing);
+  compositor.flush(first.window, nullptr);
+  Pane third(Red);
+  add(third, {30, 10, 40, 20});
+  EXPECT_EQ(compositor.news(), News::Pictures) << "a window that comes later hides no picture";
+  compositor.take(taken, false);
+  Pane fourth(Red);
+  add(fourth, {50, 10, 60, 20});
+  compositor.move(first.window, 5, 5);
+  EXPECT_EQ(compositor.news(), News::Pictures);
+}
+
 TEST_F(CompositorTest, OnlyWhatChangedIsTaken) {
   Pane pane(Red);
   add(pane, ScreenRectangle);
   Frame taken;
   compositor.take(taken, false);
-  EXPECT_FALSE(compositor.changed());
+  EXPECT_EQ(compositor.news(), Compositor::News::Nothing);
   std::ranges::fill(taken, 0x123456u);
   pane.source.colour = Green;
   const Rectangle part = {600, 440, 620, 450};
   compositor.flush(pane.window, &part);
-  EXPECT_TRUE(compositor.changed());
+  EXPECT_EQ(compositor.news(), Compositor::News::Pictures);
   compositor.take(taken, false);
-  EXPECT_FALSE(compositor.changed());
+  EXPECT_EQ(compositor.news(), Compositor::News::Nothing);
   EXPECT_EQ(std::ranges::count(taken, Green), 20 * 10);
   EXPECT_EQ(std::ranges::count(taken, 0x123456u), ScreenWidth * ScreenHeight - 20 * 10);
 }

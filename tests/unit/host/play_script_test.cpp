@@ -38,12 +38,20 @@ TEST(PlayScript, ReadsPointerLines) {
   EXPECT_EQ(only("click 639 0").verb, Verb::Click);
   EXPECT_TRUE(only("right 5 6").hasPosition);
   EXPECT_FALSE(only("right").hasPosition);
+  const ScriptLine drag = only("now drag 10 20 600 400");
+  EXPECT_EQ(drag.verb, Verb::Drag);
+  EXPECT_TRUE(drag.now);
+  EXPECT_EQ(drag.x, 10);
+  EXPECT_EQ(drag.y, 20);
+  EXPECT_EQ(drag.toX, 600);
+  EXPECT_EQ(drag.toY, 400);
   EXPECT_EQ(only("wheel UP").y, 1);
   EXPECT_EQ(only("wheel DOWN").y, -1);
 }
 
 TEST(PlayScript, RefusesPlacesOffTheScreen) {
-  for (const char* text : {"click 640 0", "click 0 480", "move -1 0", "right 10 -3"})
+  for (const char* text : {"click 640 0", "click 0 480", "move -1 0", "right 10 -3",
+                           "drag 640 0 1 1", "drag 1 1 0 480"})
     EXPECT_EQ(complaintOf(text), "line 1: the place lies outside the 640 by 480 screen") << text;
 }
 
@@ -103,7 +111,9 @@ TEST(PlayScript, ReadsEveryExpectation) {
   EXPECT_EQ(only("expect shown mess.view").expectation, Expectation::Shown);
   EXPECT_EQ(only("expect hidden mess.view").expectation, Expectation::Hidden);
   EXPECT_EQ(only("expect pixel 1 2 FF8001").value, 0xFF8001);
-  EXPECT_EQ(only("expect sound wave none").expectation, Expectation::Sound);
+  EXPECT_EQ(only("expect sound wave none").expectation, Expectation::Wave);
+  EXPECT_EQ(only("expect sound song K03").expectation, Expectation::Song);
+  EXPECT_EQ(only("expect sound song K03").text, "K03");
 }
 
 TEST(PlayScript, SaysWhatIsWrongWithALine) {

@@ -165,6 +165,21 @@ TEST_F(ScriptPlayerTest, AClickThatNamesItsWaitIsThePressAlone) {
   EXPECT_TRUE(script.finished());
 }
 
+TEST_F(ScriptPlayerTest, ADragIsAPressAMoveAndARelease) {
+  ScriptPlayer script = player("now drag 1 2 3 4\ndrag 5 6 7 8");
+  stage.window = true;
+  script.step();
+  const Log drag{"handle move", "handle press", "handle move", "handle release"};
+  EXPECT_EQ(stage.log, drag);
+  stage.log.clear();
+  stage.waits = true;
+  script.step();
+  EXPECT_EQ(stage.log.front(), "pointer 5 6");
+  EXPECT_EQ(Log(stage.log.begin() + 1, stage.log.end() - 1), drag);
+  EXPECT_EQ(stage.log.back(), "pointer 7 8");
+  EXPECT_TRUE(stage.waits) << "a drag answers no wait";
+}
+
 TEST_F(ScriptPlayerTest, AnInputForAPastWaitFailsTheRun) {
   ScriptPlayer script = player("@3 key Return\n@2 key Return");
   stage.waits = true;
@@ -301,7 +316,7 @@ TEST_F(ScriptPlayerTest, ALineThatIsNeverMetFailsAfterTenMinutes) {
 }
 
 TEST_F(ScriptPlayerTest, NamesTheFirstLineThatThisProgramCannotDo) {
-  const ParsedScript script = parsePlayScript("ready\nexpect sound song none\ntype \"x\"");
+  const ParsedScript script = parsePlayScript("ready\ntype \"x\"\ntype \"y\"");
   const ScriptLine* line = ScriptPlayer::unsupportedLine(script.lines);
   ASSERT_NE(line, nullptr);
   EXPECT_EQ(line->number, 2);

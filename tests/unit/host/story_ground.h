@@ -12,6 +12,7 @@
 #include "platform/display/headless_display.h"
 #include "platform/text/text_renderer.h"
 #include "scenario/commands.h"
+#include "scenario/handles.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 #include "tests/support/test_platform.h"

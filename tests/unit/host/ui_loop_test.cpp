@@ -14,6 +14,7 @@
 #include "scenario/messages.h"
 #include "scenario/type_codes.h"
 #include "tests/support/golden.h"
+#include "tests/support/process.h"
 #include "tests/support/test_platform.h"
 
 namespace qv {
@@ -104,6 +105,34 @@ TEST_F(UiLoopTest, WhatIsFlushedComesToTheDisplay) {
     settle();
     EXPECT_EQ(shownAt(0, 0), Blue);
     EXPECT_EQ(shownAt(10, 0), Red);
+  });
+}
+
+TEST_F(UiLoopTest, AWindowThatOpensIsShownWithItsFirstPicture) {
+  run([this] {
+    EXPECT_EQ(display.presents(), 0u) << "an empty screen is no frame";
+    HostWindowObject* view = make("cg.view", ScreenRectangle);
+    sleepMillis(2);
+    const uint32_t opened = tickCount();
+    fill(view, RedIndex);
+    while (display.presents() == 0)
+      sleepMillis(1);
+    EXPECT_LE(tickCount() - opened, 2u) << "its picture waits for nothing";
+    EXPECT_EQ(shownAt(0, 0), Red);
+    EXPECT_EQ(display.presents(), 1u);
+  });
+}
+
+TEST_F(UiLoopTest, AWindowThatStaysEmptyIsShownAFrameLater) {
+  run([this] {
+    make("cg.view", ScreenRectangle);
+    sleepMillis(UiLoop::PresentMillis / 2);
+    EXPECT_EQ(display.presents(), 0u);
+    sleepMillis(UiLoop::PresentMillis);
+    EXPECT_EQ(display.presents(), 1u);
+    EXPECT_EQ(shownAt(320, 240), 0u);
+    settle();
+    EXPECT_EQ(display.presents(), 1u);
   });
 }
 
@@ -211,6 +240,32 @@ TEST_F(UiLoopTest, AFrameIsDraggedByItsCaptionAndTheGameHearsNothingOfIt) {
     waiting.join();
     EXPECT_EQ(input, WaitInputTimeout);
   });
+}
+
+TEST_F(UiLoopTest, ADragIsRecordedAsALineThatDragsAgain) {
+  ASSERT_TRUE(recorder.open(platform.player() / "record.play"));
+  run([this] {
+    HostWindowObject* frame = make("HelpWindow", {100, 100, 200, 150}, TypeFrame, "Help");
+    const auto dragged = [this] {
+      display.push(pointer(Kind::ButtonDown, 120, 110));
+      display.push(pointer(Kind::PointerMove, 600, 300));
+      display.push(pointer(Kind::PointerMove, 160, 150));
+      display.push(pointer(Kind::ButtonUp, 160, 150));
+      settle();
+    };
+    dragged();
+    frame->MoveClamped(100, 100, 0, 0, 1, 0);
+    Thread waiting;
+    waiting.start("waiting", [&] { host.WaitForInput(500, 0, 1); });
+    sleepMillis(10);
+    dragged();
+    waiting.join();
+    Rectangle place;
+    frame->windowRect(place);
+    EXPECT_EQ(place, Rectangle::at(140, 140, 106, 80));
+  });
+  EXPECT_EQ(testing::readWhole(platform.player() / "record.play"),
+            "now drag 120 110 160 150\n@1 drag 120 110 160 150\n");
 }
 
 TEST_F(UiLoopTest, APressBesideTheCaptionIsTheGames) {

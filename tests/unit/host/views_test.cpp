@@ -185,6 +185,28 @@ TEST_F(ViewsOfTheManager, PlainColoursStandInThePlaceOfASource) {
   });
 }
 
+TEST_F(ViewsOfTheManager, AViewOf32BitsIsFilledWithTheColourOfANewSurface) {
+  run([this] {
+    manager->CreateView("wide.view", nullptr, 10, 20, 100, 80, 0, {}, TypeSecondView);
+    manager->FillObject("wide.view", RedIndex);
+    EXPECT_EQ(at(10, 20), Red);
+    EXPECT_EQ(at(109, 99), Red);
+    manager->FillObject("wide.view", 100);
+    EXPECT_EQ(at(60, 60), 0x646464u) << "the grey ramp between the static colours";
+    EXPECT_NE(at(9, 20), 0x646464u);
+    // It has no colours to take or to give.
+    SurfaceHandle surface("cg.surf", 20, 20);
+    ColourTable colours = defaultColours();
+    colours[100] = 0x335577;
+    surface.setColours(colours, 0, 0, 256);
+    manager->CopyPalette("wide.view", "cg.surf");
+    manager->CopyPalette("cg.surf", "wide.view");
+    EXPECT_EQ(surface.surface()->storedColours()[100], 0x335577u);
+    manager->FillObject("wide.view", 100);
+    EXPECT_EQ(at(60, 60), 0x646464u);
+  });
+}
+
 TEST_F(ViewsOfTheManager, NamesThatAreNothingDoNothing) {
   run([this] {
     manager->CreateView("cg.view", nullptr, 0, 0, 640, 480, 0);

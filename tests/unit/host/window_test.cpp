@@ -14,6 +14,7 @@
 #include "platform/display/key_codes.h"
 #include "platform/display/png_file.h"
 #include "platform/kernel/kernel.h"
+#include "platform/sdl/sdl_events.h"
 #include "tests/support/test_platform.h"
 #include "tests/support/virtual_screen.h"
 
@@ -433,6 +434,21 @@ TEST_F(WindowTest, TitlesTheWindow) {
   outside("xdotool search --name '^sc000000$'");
 }
 
+TEST_F(WindowTest, ThePointerLooksAsItIsTold) {
+  open();
+  SDL_Cursor* const first = SDL_GetCursor();
+  display_->setCursor({.system = system_cursor::Wait, .picture = std::nullopt});
+  SDL_Cursor* const waits = SDL_GetCursor();
+  EXPECT_NE(waits, first);
+  CursorPicture picture{4, 2, 3, 1, std::vector<uint32_t>(8, 0xFF00FF00)};
+  display_->setCursor({.system = system_cursor::Arrow, .picture = picture});
+  EXPECT_NE(SDL_GetCursor(), first);
+  // A picture whose pixels are missing is the system's instead.
+  picture.pixels.pop_back();
+  display_->setCursor({.system = system_cursor::Cross, .picture = picture});
+  EXPECT_NE(SDL_GetCursor(), first);
+}
+
 TEST_F(WindowTest, InstallsNoSignalHandler) {
   open();
   struct sigaction action = {};
@@ -469,6 +485,53 @@ TEST(NoWindow, TakesADriverThatShowsNothingWhenAskedTo) {
   const std::unique_ptr<Display> display = makeWindowDisplay({}, whyNot);
   EXPECT_TRUE(display) << whyNot;
   unsetenv("SDL_VIDEODRIVER");
+}
+
+TEST_F(WindowTest, APadThatIsPluggedInPressesKeys) {
+  SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
+  open();
+  display_->present(testFrame());
+  settle();
+  const int device = SDL_JoystickAttachVirtual(
+      SDL_JOYSTICK_TYPE_GAMECONTROLLER, SDL_CONTROLLER_AXIS_MAX, SDL_CONTROLLER_BUTTON_MAX, 0);
+  ASSERT_GE(device, 0) << SDL_GetError();
+  const SDL_JoystickID id = SDL_JoystickGetDeviceInstanceID(device);
+  for (int tries = 0; !SDL_JoystickFromInstanceID(id) && tries < 100; ++tries)
+    settle(20);
+  SDL_Joystick* const pad = SDL_JoystickFromInstanceID(id);
+  ASSERT_TRUE(pad) << "the window has not taken it";
+  const auto keyAfter = [&](SDL_GameControllerButton button) {
+    SDL_JoystickSetVirtualButton(pad, button, 1);
+    const int key = eventsUntil(DisplayEvent::Kind::KeyDown).back().key;
+    SDL_JoystickSetVirtualButton(pad, button, 0);
+    EXPECT_EQ(eventsUntil(DisplayEvent::Kind::KeyUp).back().key, key);
+    return key;
+  };
+  EXPECT_EQ(keyAfter(SDL_CONTROLLER_BUTTON_A), KeyReturn);
+  EXPECT_EQ(keyAfter(SDL_CONTROLLER_BUTTON_B), KeyEscape);
+  EXPECT_EQ(keyAfter(SDL_CONTROLLER_BUTTON_DPAD_LEFT), KeyLeft);
+  SDL_JoystickSetVirtualAxis(pad, SDL_CONTROLLER_AXIS_LEFTY, 30'000);
+  EXPECT_EQ(eventsUntil(DisplayEvent::Kind::KeyDown).back().key, KeyDown);
+  SDL_JoystickDetachVirtual(device);
+  EXPECT_EQ(eventsUntil(DisplayEvent::Kind::KeyUp).back().key, KeyDown);
+}
+
+TEST(SystemCursors, HaveTheirLikesInTheWindowSystem) {
+  using namespace system_cursor;
+  struct Row {
+    int32_t number;
+    SDL_SystemCursor like;
+  };
+  for (const Row& row :
+       {Row{Arrow, SDL_SYSTEM_CURSOR_ARROW}, Row{TextBeam, SDL_SYSTEM_CURSOR_IBEAM},
+        Row{Wait, SDL_SYSTEM_CURSOR_WAIT}, Row{Cross, SDL_SYSTEM_CURSOR_CROSSHAIR},
+        Row{SizeFalling, SDL_SYSTEM_CURSOR_SIZENWSE}, Row{SizeRising, SDL_SYSTEM_CURSOR_SIZENESW},
+        Row{SizeAcross, SDL_SYSTEM_CURSOR_SIZEWE}, Row{SizeUpright, SDL_SYSTEM_CURSOR_SIZENS},
+        Row{SizeAll, SDL_SYSTEM_CURSOR_SIZEALL}, Row{Size, SDL_SYSTEM_CURSOR_SIZEALL},
+        Row{No, SDL_SYSTEM_CURSOR_NO}, Row{Starting, SDL_SYSTEM_CURSOR_WAITARROW},
+        Row{UpArrow, SDL_SYSTEM_CURSOR_ARROW}, Row{Icon, SDL_SYSTEM_CURSOR_ARROW},
+        Row{0, SDL_SYSTEM_CURSOR_ARROW}, Row{32649, SDL_SYSTEM_CURSOR_ARROW}})
+    EXPECT_EQ(systemCursorOf(row.number), row.like) << row.number;
 }
 
 }  // namespace

@@ -339,6 +339,7 @@ TEST_F(ClickMapView, IsLeftForAnother) {
   EXPECT_TRUE(view.maps.empty());
   EXPECT_EQ(other.maps.size(), 1u);
   EXPECT_EQ(map.originX(), 3);
+  map.detach();
 }
 
 TEST_F(ClickMapView, LosesAMapThatGoes) {

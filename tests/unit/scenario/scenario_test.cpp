@@ -349,22 +349,6 @@ TEST_F(ManagerSaves, StopAnimationsAndKeepObjectsUnlessToldOtherwise) {
   EXPECT_EQ(host.destroyed, (std::vector<std::string>{"frame1", "frame2", "view"}));
 }
 
-TEST_F(ManagerSaves, KeepTheSongsRecordAndPlayItOnOnlyWhenAsked) {
-  manager.Start(&host, "Test", 1, 1, 1);
-  const std::string head =
-      text("QVReg") + word(1) + word(0) + text("QVStrReg") + word(1) + text("") + text("sc000000");
-  platform.writeFile(platform.player() / "save1.dat", head + word(1) + word(1) + text("a.mid"));
-  restoreFrom(manager, "save1.dat");
-  EXPECT_EQ(manager.song().state(), SongRecord::Stopped);
-  EXPECT_TRUE(manager.song().path().equals("a.mid"));
-  EXPECT_EQ(manager.song().loop(), 1u);
-  restoreFrom(manager, "save1.dat", nullptr, 0, 1);
-  EXPECT_EQ(manager.song().state(), SongRecord::Playing);
-  saveTo(manager, "save2.dat");
-  EXPECT_EQ(platform.readFile(platform.player() / "save2.dat"),
-            head + word(1) + word(1) + text("a.mid"));
-}
-
 TEST_F(ManagerSaves, CutShortAnywhereNeverHurt) {
   manager.Start(&host, "Test", 2, 2, 1);
   manager.SetSceneName("sc000000");
@@ -376,7 +360,7 @@ TEST_F(ManagerSaves, CutShortAnywhereNeverHurt) {
     restoreFrom(manager, "save0.dat", nullptr, 0, 1);
     manager.Reg(1) = 3;
     EXPECT_TRUE(manager.StrReg(1).equals("xyz"));
-    EXPECT_EQ(manager.song().state(), SongRecord::Stopped) << length;
+    EXPECT_EQ(manager.midi().state(), QVMidi::Stopped) << length;
   }
   EXPECT_TRUE(platform.dialogs.shown.empty());
 }
@@ -396,26 +380,6 @@ TEST_F(ManagerSaves, WithAnyOneBitFlippedNeverHurt) {
     EXPECT_LE(manager.sceneName().length(), static_cast<int32_t>(whole.size()));
   }
   EXPECT_TRUE(platform.dialogs.shown.empty());
-}
-
-TEST(SongRecord, CountsASongThatFadesOutAsNotPlaying) {
-  TestPlatform platform;
-  const auto saved = [&](const SongRecord& song) {
-    QVFile file;
-    file.open(QVPathName("song.dat"), CreateAlways, GenericWrite, ShareRead, AttributeNormal);
-    song.save(file);
-    file.close();
-    return platform.readFile(platform.player() / "song.dat");
-  };
-  SongRecord song;
-  EXPECT_EQ(saved(song), word(0) + word(0) + text(""));
-  song.play("b.mid", SongRecord::FadingIn, 500, 1);
-  EXPECT_EQ(saved(song), word(1) + word(1) + text("b.mid"));
-  song.stop(SongRecord::FadingOut, 500);
-  EXPECT_EQ(saved(song), word(0) + word(1) + text("b.mid"));
-  song.play("b.mid", 0, 0, 0);
-  song.stop(0, 2000);
-  EXPECT_EQ(saved(song), word(0) + word(0) + text("b.mid"));
 }
 
 // --- Release ---

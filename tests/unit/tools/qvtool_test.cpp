@@ -1,6 +1,7 @@
 // The built program, as an author runs it.
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 
 #include "graphics/dib.h"
 #include "graphics/static_colours.h"
+#include "platform/display/png_file.h"
 #include "tests/support/picture_bytes.h"
 #include "tests/support/process.h"
 #include "tests/support/test_platform.h"
@@ -405,6 +407,190 @@ TEST_F(QvTool, HelpsWithEveryCommandAndRefusesBadUsage) {
     EXPECT_NE(result.errors.find("See qvtool --help.\n"), std::string::npos) << result.errors;
     EXPECT_EQ(result.output, "");
   }
+}
+
+TEST_F(QvTool, GivesPicturesOfASetTheSameColoursWhicheverIsEncoded) {
+  // Two drawings that alone would come to quite other colours.
+  writeSvg("warm.svg",
+           "<rect width='70%' height='100%' fill='#c04020'/><rect width='30%' height='50%' "
+           "fill='#f0c060'/>",
+           "width=\"40\" height=\"20\"");
+  writeSvg("cold.svg", Gradient, "width=\"60\" height=\"30\"");
+  writeSvg("third.svg", "<circle cx='10' cy='10' r='8' fill='#3060d0'/>",
+           "width=\"20\" height=\"20\"");
+  const std::vector<std::string> names{"warm", "cold", "third"};
+  std::vector<QVDib> pictures;
+  for (const std::string& name : names) {
+    std::vector<std::string> arguments{"mcg",    "encode",     at(name + ".svg"),
+                                       at(name), "--entries",  "20-35",
+                                       "--fix",  "21=#102030", "--no-statics"};
+    // Named in another order by each.
+    for (auto other = names.rbegin(); other != names.rend(); ++other)
+      if (*other != name) {
+        arguments.push_back("--palette-of");
+        arguments.push_back(at(*other + ".svg"));
+      }
+    arguments.insert(arguments.end(), {"--key-transparent", "20"});
+    EXPECT_EQ(run(arguments).status, 0);
+    pictures.push_back(load(name));
+  }
+  for (const QVDib& picture : pictures) {
+    ASSERT_EQ(picture.colours().size(), 256u);
+    EXPECT_EQ(picture.colours()[21] & 0xFFFFFF, 0x102030u);
+    for (size_t entry = 0; entry < 256; ++entry) {
+      EXPECT_EQ(picture.colours()[entry], pictures[0].colours()[entry]) << entry;
+      EXPECT_EQ(picture.PaletteUseTable[entry], pictures[0].PaletteUseTable[entry]) << entry;
+    }
+  }
+  // What each picture is made of stands in the common table.
+  const auto nearest = [&](uint32_t wanted) {
+    int best = 1000;
+    for (size_t entry = 20; entry < 36; ++entry) {
+      const uint32_t colour = pictures[0].colours()[entry];
+      int distance = 0;
+      for (const int shift : {0, 8, 16})
+        distance += std::abs(static_cast<int>(colour >> shift & 255) -
+                             static_cast<int>(wanted >> shift & 255));
+      best = std::min(best, distance);
+    }
+    return best;
+  };
+  for (const uint32_t colour : {0xC04020u, 0xF0C060u, 0x3060D0u})
+    EXPECT_LT(nearest(colour), 12) << colour;
+  // By itself a picture comes to other colours.
+  EXPECT_EQ(run({"mcg", "encode", at("warm.svg"), at("alone"), "--entries", "20-35", "--fix",
+                 "21=#102030", "--no-statics", "--key-transparent", "20"})
+                .status,
+            0);
+  EXPECT_FALSE(std::ranges::equal(load("alone").colours(), pictures[0].colours()));
+  const ProcessResult missing =
+      run({"mcg", "encode", at("warm.svg"), at("x"), "--palette-of", at("none.svg")});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_NE(missing.errors.find("none.svg"), std::string::npos) << missing.errors;
+}
+
+/// Two cards of one colour each, in entries of their own, and what `reel` made of them.
+class QvToolReel : public QvTool {
+ protected:
+  static constexpr uint32_t Old = 0x203060, New = 0xE0C040;
+  static constexpr uint8_t OldEntry = 20, NewEntry = 30;
+  void SetUp() override {
+    card("old.mcg", OldEntry, Old);
+    card("new.mcg", NewEntry, New);
+    card("mask.mcg", NewEntry, New);
+  }
+  void card(const std::string& name, uint8_t entry, uint32_t colour) const {
+    IndexedPicture picture;
+    picture.width = ScreenWidth;
+    picture.height = ScreenHeight;
+    picture.colours[entry] = colour;
+    picture.pixels.assign(static_cast<size_t>(ScreenWidth) * ScreenHeight, entry);
+    const std::vector<uint8_t> bytes = codec::encodeMcg(picture);
+    writeWhole(at(name), {bytes.begin(), bytes.end()});
+  }
+  std::vector<std::string> reel(const std::string& effect) const {
+    fs::remove_all(at("shots"));
+    return {"reel", at("new.mcg"), "--from",    at("old.mcg"), "--effect",
+            effect, "--shots",     at("shots"), "--still",     "0.1"};
+  }
+  /// How many pixels of each frame show the new card, frame by frame.
+  std::vector<size_t> newPixels() const {
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(at("shots")))
+      files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    std::vector<size_t> counts;
+    for (const fs::path& file : files) {
+      const std::vector<uint32_t> pixels = readPng(file).value_or(Picture{}).pixels;
+      counts.push_back(static_cast<size_t>(std::count(pixels.begin(), pixels.end(), New)));
+    }
+    return counts;
+  }
+};
+constexpr size_t ScreenPixels = static_cast<size_t>(ScreenWidth) * ScreenHeight;
+
+TEST_F(QvToolReel, ShotsShowTheMiddleStepsOfDissolvesLinesAndWipes) {
+  for (const char* effect : {"11", "38", "40", "44", "48", "50"}) {
+    expectWell(reel(effect));
+    const std::vector<size_t> counts = newPixels();
+    ASSERT_GE(counts.size(), 10u) << effect;
+    EXPECT_EQ(counts.front(), 0u) << effect;
+    EXPECT_EQ(counts.back(), ScreenPixels) << effect;
+    EXPECT_TRUE(std::is_sorted(counts.begin(), counts.end())) << effect;
+    const auto middle = std::count_if(counts.begin(), counts.end(), [](size_t count) {
+      return count > ScreenPixels / 10 && count < ScreenPixels / 10 * 9;
+    });
+    EXPECT_GE(middle, 5) << effect;
+  }
+}
+
+TEST_F(QvToolReel, ShotsShowThatASpinTurnsTheOldPictureAwayAndTheNewOneIn) {
+  expectWell(reel("60"));
+  const std::vector<size_t> counts = newPixels();
+  EXPECT_GE(counts.size(), 30u) << "18 frames each way";
+  EXPECT_EQ(counts.back(), ScreenPixels);
+}
+
+TEST_F(QvToolReel, ShotsOfOneSeedAreTheSameAndOfAnotherAreNot) {
+  const auto framesOf = [this](const char* seed) {
+    std::vector<std::string> arguments = reel("41");
+    arguments.insert(arguments.end(), {"--seed", seed});
+    expectWell(arguments);
+    std::vector<std::string> frames;
+    for (const auto& entry : fs::directory_iterator(at("shots")))
+      frames.push_back(entry.path().filename().string() + readWhole(entry.path()));
+    std::sort(frames.begin(), frames.end());
+    return frames;
+  };
+  const std::vector<std::string> first = framesOf("3");
+  EXPECT_EQ(framesOf("3"), first);
+  EXPECT_NE(framesOf("4"), first);
+}
+
+TEST_F(QvToolReel, PlaysSeveralEffectsKeysPlacesMasksAndBothDepths) {
+  std::vector<std::string> arguments = reel("65");
+  arguments.insert(arguments.end(), {"--mask", at("mask.mcg"), "--mask2", at("mask.mcg"), "--steps",
+                                     "4", "--delay", "20"});
+  expectWell(arguments);
+  EXPECT_EQ(newPixels().back(), ScreenPixels);
+  arguments = reel("1-3,10");
+  arguments.insert(arguments.end(), {"--bits", "32", "--at", "600,400", "--rounds", "2"});
+  expectWell(arguments);
+  EXPECT_EQ(newPixels().back(), 40u * 80u);
+  arguments = reel("1");
+  arguments.insert(arguments.end(), {"--key", "top-left"});
+  expectWell(arguments);
+  EXPECT_EQ(newPixels().back(), 0u) << "all of the card is its key";
+}
+
+TEST_F(QvToolReel, SaysWhatIsWrongWithItsWishes) {
+  const auto failure = [this](const std::vector<std::string>& more, const std::string& effect,
+                              const std::string& sentence) {
+    std::vector<std::string> arguments = reel(effect);
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    expectFailure(arguments, sentence);
+    EXPECT_FALSE(fs::exists(at("shots")));
+  };
+  failure({}, "70", "Effect 70 is a shape wipe; give it a --mask.");
+  failure({}, "9-x", "\"9-x\" is no effect; write 40, or 38-47 for all of them (1 to 127).");
+  failure({}, "128", "\"128\" is no effect; write 40, or 38-47 for all of them (1 to 127).");
+  failure({"--bits", "32"}, "60", "Effect 60 needs a palette, so a view of 8 bits.");
+  failure({"--key", "256"}, "2", "\"256\" is no key; write an index from 0 to 255, or top-left.");
+  failure({"--at", "3"}, "2", "\"3\" is no place; write 40,120.");
+  failure({"--mask", at("none")}, "65",
+          at("none") + " cannot be opened: No such file or directory.");
+  std::vector<std::string> arguments = reel("2");
+  arguments.insert(arguments.end(), {"--scale", "9"});
+  EXPECT_EQ(run(arguments).status, 2);
+}
+
+TEST_F(QvToolReel, WithoutADisplaySaysSoInOneSentence) {
+  const ProcessResult result =
+      runProcess({QV_BIN_DIR "/qvtool", "reel", at("new.mcg"), "--effect", "2"},
+                 {"DISPLAY=", "WAYLAND_DISPLAY=", "SDL_VIDEODRIVER="});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(result.errors,
+            "qvtool: There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n");
 }
 
 }  // namespace

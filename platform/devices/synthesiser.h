@@ -1,0 +1,29 @@
+#pragma once
+
+/// The built-in synthesiser: a MIDI output whose messages become samples of the mixer. It opens no
+/// device of its own. The sequencer's thread puts messages into a queue, the output's thread takes
+/// them out in `render`; neither waits for the other.
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "platform/sound/midi_output.h"
+#include "platform/sound/mixer.h"
+
+namespace qv {
+
+/// MidiOutput's operations come from one thread at a time (the sequencer's lock sees to that),
+/// `render` from the output's thread. The queue holds some thousands of messages; what comes while
+/// it is full is lost, but a `reset` never is.
+class Synthesiser : public MidiOutput, public SampleSource {};
+
+/// A sound font that cannot be read gives a synthesiser all the same, which is silent and keeps
+/// songs running, and `whyNot` says what is wrong in one sentence (UTF-8); else it is empty. Null
+/// only where the library gives nothing at all. `sampleRate`: frames in a second, 8000 to 96000;
+/// the mixer's. A song renders to the same samples each time.
+std::unique_ptr<Synthesiser> makeSynthesiser(const std::filesystem::path& soundFontPath,
+                                             uint32_t sampleRate, std::string& whyNot);
+
+}  // namespace qv
