@@ -15,10 +15,10 @@ namespace {
 constexpr size_t ScenesPerUnit = 20;
 constexpr const char* Areas[] = {"select01Title", "select02Title", "select03Title"};
 
-/// Which unit takes a scene: FNV-1a of the name.
-size_t unitOf(const std::string& name, size_t units) {
+/// Which unit takes a scene: FNV-1a of its key.
+size_t unitOf(const std::string& key, size_t units) {
   uint32_t hash = 2166136261u;
-  for (const char byte : name)
+  for (const char byte : key)
     hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;
   return hash % units;
 }
@@ -251,6 +251,26 @@ void collectTargets(const std::vector<Act>& acts, std::set<std::string>& targets
   }
 }
 
+bool holds(const Story& story, int file) {
+  return std::ranges::any_of(story.scenes,
+                             [file](const Scene& scene) { return scene.place.file == file; });
+}
+
+/// The writer's own C++ of a text goes with its scenes, or into every unit if the text has none.
+bool belongsTo(int file, const std::vector<const Scene*>& scenes, const Story& story) {
+  const bool here =
+      std::ranges::any_of(scenes, [file](const Scene* scene) { return scene->place.file == file; });
+  return here || !holds(story, file);
+}
+
+/// Scenes go by their own name; those of a text with C++ of its own stay together, by the text's.
+const std::string& unitKey(const Scene& scene, const Story& story,
+                           const std::vector<std::string>& files) {
+  const bool ownCpp = std::ranges::any_of(
+      story.globals, [&](const Act& act) { return act.place.file == scene.place.file; });
+  return ownCpp ? files[static_cast<size_t>(scene.place.file)] : scene.name;
+}
+
 std::string unitText(const std::string& name, const Story& story,
                      const std::vector<const Scene*>& scenes, const std::vector<std::string>& files,
                      const std::string& root) {
@@ -278,7 +298,7 @@ std::string unitText(const std::string& name, const Story& story,
   writer.line("}");
   writer.line("using namespace qv;  // NOLINT: a unit of scenes holds nothing else");
   for (const Act& act : story.globals)
-    writer.globalCpp(act);
+    if (belongsTo(act.place.file, scenes, story)) writer.globalCpp(act);
   for (const Scene* scene : scenes)
     writer.scene(*scene);
   return writer.take();
@@ -330,7 +350,8 @@ std::vector<SourceFile> writeStory(const Story& story, const std::vector<std::st
   const size_t count = static_cast<size_t>(std::max(units, 1));
   std::vector<std::vector<const Scene*>> parts(count);
   for (const Scene& scene : story.scenes)
-    if (scene.form != Scene::Form::Handwritten) parts[unitOf(scene.name, count)].push_back(&scene);
+    if (scene.form != Scene::Form::Handwritten)
+      parts[unitOf(unitKey(scene, story, files), count)].push_back(&scene);
   std::vector<SourceFile> sources;
   for (size_t index = 0; index < count; ++index) {
     char name[32];
