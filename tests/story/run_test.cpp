@@ -381,7 +381,8 @@ TEST_F(RunTest, EveryFrameCanBeKeptAsAPicture) {
     return readWhole(std::filesystem::path(frames) / name);
   };
   EXPECT_NE(pixels(names[0]), pixels(names[1]));
-  const ProcessResult result = play("trouble", "key 1\nanswer ok\nquit\n", {"--frames", "/proc/nowhere"});
+  const ProcessResult result =
+      play("trouble", "key 1\nanswer ok\nquit\n", {"--frames", "/proc/nowhere"});
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.errors.find("/proc/nowhere/0001-0ms.png"), std::string::npos) << result.errors;
 }
