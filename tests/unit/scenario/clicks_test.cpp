@@ -39,14 +39,13 @@ class ViewHost : public FakeHost {
   }
   void MapWaitBegan(ClickTarget& map, bool keys) override {
     waitKeys = keys;
-    if (onMapWait) onMapWait(map);
+    FakeHost::MapWaitBegan(map, keys);
   }
   void MapWaitEnded() override { ++mapWaitsEnded; }
   void movePointerBy(int32_t, int32_t) override { ++nudges; }
   void pressKey(int32_t key) override { pressed.push_back(key); }
 
   ViewWindow view{"cg.view", TypeView}, frame{"win", TypeFrame}, client{"winClient", TypeView};
-  std::function<void(ClickTarget&)> onMapWait;
   bool waitKeys = false;
   int mapWaitsEnded = 0, nudges = 0;
   std::vector<int32_t> pressed;
