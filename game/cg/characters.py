@@ -467,21 +467,21 @@ def calm(**changes):
 
 
 def main():
-    belune('KUS001', armsShoulder, calm(), -3, [lambda d: umbrellaOpen(d, 134, 122, 7, .95)])
-    belune('KUS002', armsUpright, calm(eyes='closed', brows=(2, 0), blush=.6), 4,
+    belune('KDS012', armsShoulder, calm(), -3, [lambda d: umbrellaOpen(d, 134, 122, 7, .95)])
+    belune('KDS013', armsUpright, calm(eyes='closed', brows=(2, 0), blush=.6), 4,
            [lambda d: umbrellaOpen(d, 130, 120, 0, .99)])
-    belune('KUS003', armsCane, calm(eyes='wide', brows=(3, -1)), -5)
-    lessa('KUS011', armsBook, calm(brows=(0, -1.2)), 2)
-    lessa('KUS012', armsKeys, calm(eyes='closed', brows=(3, 0), blush=.55), -4)
-    lessa('KUS013', armsOpenBook, calm(eyes='aside', brows=(1, 2), blush=.8), 3)
-    mouthStrip('KUM001')
-    mouthStrip('KUM011')
+    belune('KDS015', armsCane, calm(eyes='wide', brows=(3, -1)), -5)
+    lessa('KDS022', armsBook, calm(brows=(0, -1.2)), 2)
+    lessa('KDS024', armsKeys, calm(eyes='closed', brows=(3, 0), blush=.55), -4)
+    lessa('KDS025', armsOpenBook, calm(eyes='aside', brows=(1, 2), blush=.8), 3)
+    mouthStrip('Kds01_a')
+    mouthStrip('Kds02_a')
     x = CENTRE - CELL[0] // 2
     lines = ['# Where a mouth strip (three cells of 32 by 24: A closed, B half open, C open) lies on',
              '# its character\'s sprites, from their left top corner; the same in every pose.',
              '# STRIP   X    Y  SPRITES',
-             f'KUM001  {x}  {MOUTH_Y - 12}  KUS001 KUS002 KUS003',
-             f'KUM011  {x}  {MOUTH_Y - 12 + LESSA_DOWN}  KUS011 KUS012 KUS013', '']
+             f'Kds01_a  {x}  {MOUTH_Y - 12}  KDS012 KDS013 KDS015',
+             f'Kds02_a  {x}  {MOUTH_Y - 12 + LESSA_DOWN}  KDS022 KDS024 KDS025', '']
     from svg import FOLDER
     (FOLDER / 'mouths.txt').write_text('\n'.join(lines))
 
