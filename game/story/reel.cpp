@@ -20,7 +20,7 @@ QV_SCENE(sc_menu);
 namespace {
 
 constexpr int32_t Width = 640, Height = 480;
-constexpr int32_t SpriteY = 40;
+constexpr int32_t SpriteY = 20;
 constexpr int32_t BlinkCells = 8, MouthCells = 3;
 
 const std::array Backgrounds{"cg\\KBA014.mcg", "cg\\KBA015.mcg", "cg\\KBA021.mcg", "cg\\KBA030.mcg",
@@ -116,7 +116,7 @@ void sprites() {
   };
   bring(9, 2);
   for (const Entrance& entrance :
-       {Entrance{"cg\\KDS012.mcg", 40, 3}, Entrance{"cg\\KDS022.mcg", 340, 11}}) {
+       {Entrance{"cg\\KDS012.mcg", 20, 3}, Entrance{"cg\\KDS022.mcg", 330, 11}}) {
     const SurfaceHandle sprite("reel.surf", entrance.file, DestroyWithHandle);
     if (!sprite.surface()) continue;
     takeOwnColours(screen(), entrance.file);
@@ -130,7 +130,7 @@ void sprites() {
 void animations() {
   for (const char* file : {"cg\\Kds012_a.mcg", "dat\\Blink.mcg"})
     takeOwnColours(screen(), file);
-  const Rectangle mouthPlace = Rectangle::at(40 + 114, SpriteY + 132, 32, 24);
+  const Rectangle mouthPlace = Rectangle::at(20 + 136, SpriteY + 125, 32, 24);
   const Rectangle blinkPlace = Rectangle::at(Width / 2 - 8, Height - 30, 16, 24);
   theScenario->CreateObject("reel.mouth", TypeAnimationSurface,
                             {"cg\\Kds012_a.mcg", MouthCells, KeyTopLeft});
