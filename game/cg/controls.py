@@ -20,16 +20,7 @@ LOOKS = {
 STATES = ('normal', 'pressed', 'disabled', 'disabledPressed')
 
 
-def icon(kind, x, y, colour):
-    if kind == 'save':  # a leaf of paper with its bookmark
-        return [path(f'M{x - 3.5} {y - 4.5}H{x + 3.5}V{y + 4.5}L{x} {y + 2}L{x - 3.5} {y + 4.5}Z', colour)]
-    if kind == 'load':
-        return [path(f'M{x - 4} {y + 1.5}A4 4 0 1 0 {x - 1.6} {y - 3.2}', 'none', colour, 1.5),
-                polygon([(x - 4.4, y - 4.8), (x + .4, y - 3.4), (x - 3, y - .2)], colour)]
-    return [polygon([(x + dx - 3, y - 4), (x + dx + 2.4, y), (x + dx - 3, y + 4)], colour) for dx in (-2, 3.4)]
-
-
-def pill(d, x, y, w, h, kind, label, look, size=7.2):
+def pill(d, x, y, w, h, label, look, size=7.2, arrows=False):
     """A dark drop-ended plate with a rim of light."""
     down = look['shift']
     fill = d.linear([(0, look['top']), (1, look['low'])])
@@ -38,22 +29,26 @@ def pill(d, x, y, w, h, kind, label, look, size=7.2):
     if not down:
         parts.append(path(f'M{x + h * .42:.1f} {y + 4.4:.1f}H{x + w - h * .42:.1f}', 'none', PALE, 1, .4))
     strokes, wide = lettering(label, 0, 0, size, 1.9, look['label'], 1.25)
-    left = x + (w - wide - 10) / 2
-    parts += icon(kind, left + 3 + down, y + h / 2 + down, look['label'])
-    parts.append(group(strokes, f'translate({left + 10.5 + down:.1f} {y + h / 2 - size / 2 + down:.1f})'))
+    room = 12 if arrows else 0
+    left = x + (w - wide - room) / 2 + down
+    parts.append(group(strokes, f'translate({left:.1f} {y + h / 2 - size / 2 + down:.1f})'))
+    if arrows:
+        parts += [polygon([(px, py - 3.8), (px + 5, py), (px, py + 3.8)], look['label'])
+                  for px, py in ((left + wide + dx, y + h / 2 + down) for dx in (3.5, 8.5))]
     return parts
 
 
-FRAME_BUTTONS = {  # name: (x, y on the frame, cell width, cell height, the plate in the cell, kind, label)
-    'MButton1': (586, 12, 46, 26, (0, 0, 46, 26), 'save', 'SAVE'),
-    'MButton2': (586, 43, 46, 26, (0, 0, 46, 26), 'load', 'LOAD'),
-    'MButton3': (567, 62, 66, 46, (1, 14, 64, 30), 'skip', 'SKIP'),
+FRAME_BUTTONS = {  # name: (x, y on the frame, cell width, cell height, the plate in the cell, label)
+    'MButton1': (586, 12, 46, 26, (0, 0, 46, 26), 'SAVE'),
+    'MButton2': (586, 43, 46, 26, (0, 0, 46, 26), 'LOAD'),
+    'MButton3': (567, 62, 66, 46, (1, 14, 64, 30), 'SKIP'),
 }
 
 
 def frameButton(d, name, state, x, y):
-    _, _, _, _, (px, py, pw, ph), kind, label = FRAME_BUTTONS[name]
-    return pill(d, x + px, y + py, pw, ph, kind, label, LOOKS[state], 8.4 if kind == 'skip' else 7.2)
+    _, _, _, _, (px, py, pw, ph), label = FRAME_BUTTONS[name]
+    skips = label == 'SKIP'
+    return pill(d, x + px, y + py, pw, ph, label, LOOKS[state], 8.4 if skips else 7.4, skips)
 
 
 def frameButtons(d):
@@ -142,7 +137,7 @@ def plate(name, top, number):
     d.save(f'select{number}R')
 
 
-def plateButton(name, kind, label):
+def plateButton(name, label):
     looks = {
         'normal': (NAVY, WHITE, SKY), 'pressed': (SKY, BLACK, WHITE),
         'disabled': (DIM, SILVER, GREY), 'disabledPressed': (GREY, DIM, SILVER),
@@ -152,12 +147,10 @@ def plateButton(name, kind, label):
     for cell, state in enumerate(STATES):
         fill, ink, rim = looks[state]
         x, shift = cell * w, 1 if 'ressed' in state else 0
-        strokes, wide = lettering(label, 0, 0, 7, 1.8, ink, 1.3)
-        left = x + (w - wide - 10) / 2
+        strokes, wide = lettering(label, 0, 0, 7, 2, ink, 1.4)
         d.add('<g shape-rendering="crispEdges">', rect(x + 1, 1, w - 2, h - 2, BLACK, r=12),
               rect(x + 2, 2, w - 4, h - 4, rim, r=11), rect(x + 3, 3, w - 6, h - 6, fill, r=10), '</g>',
-              *icon(kind, left + 3 + shift, h / 2 + shift, ink),
-              group(strokes, f'translate({left + 10.5 + shift:.1f} {h / 2 - 3.5 + shift})'))
+              group(strokes, f'translate({x + (w - wide) / 2 + shift:.1f} {h / 2 - 3.5 + shift})'))
     d.save(name)
 
 
@@ -306,8 +299,8 @@ def main():
     maps()
     for name, top, number in (('select01', 11, 1), ('select02', 0, 2), ('select03', 0, 3)):
         plate(name, top, number)
-    plateButton('SButton1', 'save', 'SAVE')
-    plateButton('SButton2', 'load', 'LOAD')
+    plateButton('SButton1', 'SAVE')
+    plateButton('SButton2', 'LOAD')
     box()
     pendantPictures()
     systemPalette()

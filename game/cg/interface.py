@@ -34,10 +34,12 @@ def messageFrame():
     for side in (-1, 1):
         for k, r in ((0, 2.6), (1, 2), (2, 1.5)):
             d.add(ellipse(320 + side * (44 + k * 11), 119, r, r, '#e4f6ff', '#22345c', .8))
-    # Under the name: a thread of rain, at its end an umbrella.
-    d.add(path('M18 48H216', 'none', '#22345c', 2.6), path('M18 47.4H216', 'none', '#b4dcf2', 1.2),
-          path('M222 49C223 41 229 38 234 38C239 38 245 41 246 49Q243 46.5 240 49Q237 46.5 234 49Q231 46.5 228 49Q225 46.5 222 49Z',
-               '#8ed2f0', '#22345c', 1.3), path('M234 38V56Q234 59.5 231 59', 'none', '#22345c', 1.6))
+    # Under the name: a thread of rain, at its end an umbrella that stays above the words.
+    thread = d.linear([(0, '#b4dcf2', .2), (.3, '#b4dcf2'), (1, '#b4dcf2')], 0, 0, 1, 0)
+    d.add(rect(14, 46.4, 208, 2.4, '#22345c'), rect(14, 46.8, 208, 1.2, thread),
+          group([path('M222 49C223 41 229 38 234 38C239 38 245 41 246 49Q243 46.5 240 49Q237 46.5 234 49Q231 46.5 228 49Q225 46.5 222 49Z',
+                      '#8ed2f0', '#22345c', 1.3), path('M234 38V56Q234 59.5 231 59', 'none', '#22345c', 2.6),
+                 path('M234 49V56Q234 59 231.5 58.6', 'none', '#b4dcf2', 1.1)], 'translate(59 5.5) scale(.72)'))
     # Between text and buttons.
     d.add(*[drop(540, 30 + i * 19, 3 - abs(i - 2) * .4, '#9cd4f0', '#22345c', 1) for i in range(5)])
     d.add(*controls.frameButtons(d))
