@@ -11,7 +11,7 @@
 #include "input/click_map.h"
 #include "scenario/resume.h"
 #include "scenario/scenario.h"
-#include "tests/unit/scenario/fake_host.h"
+#include "tests/unit/scenario/view_host.h"
 
 namespace {
 /// What the scenes below did, and what their waits are given.
@@ -78,7 +78,7 @@ class SceneForm : public ::testing::Test {
   }
   ~SceneForm() override { setTheScenario(nullptr); }
   testing::TestPlatform platform;
-  testing::FakeHost host;
+  testing::ViewHost host;
   QVScenario manager;
 };
 
@@ -229,6 +229,7 @@ class SceneWaits : public SceneForm {
   SceneWaits() {
     theScenario->CreateClickMap("clmall", 640, 480, 0, 1);
     theScenario->AddClickRect("clmall", 0, 0, 640, 480, 10);
+    theScenario->ConnectObjects("clmall", "cg.view");
   }
   void give(std::initializer_list<int32_t> codes) {
     inputs.assign(codes);
