@@ -461,26 +461,38 @@ def bookRow(d, cam, x, z1, z2, y, height, seed, tones, parts):
         z -= w
 
 
-def library(name):
+LIBRARY = {
+    'rain': dict(room=('#2c2438', '#3c2a34'), floor=('#8a5a40', '#3f2a30'), seam='#2c1e28', back=('#4c3c4c', '#7a5648'), top=('#241e30', '#3c3040'),
+                 view=('#3f5a94', '#6f8fc0', '#9db4cc'), trees=(('#30466c', '#3c5a7c', '#4f7090'), ('#2c4066', '#385474', '#48688a')),
+                 case='#2c1c22', board='#a06c46', post='#8a5a3c', dark=('#1c1630', .62, .1), table=('#e8ac66', '#9c6240'), shade=0),
+    'summer': dict(room=('#a48468', '#c4a484'), floor=('#d8ac78', '#8c6448'), seam='#7a5640', back=('#d8c4a4', '#e8d8b8'), top=('#b49c80', '#dccab0'),
+                   view=('#5fb0ec', '#a8dcf8', '#e4f8f4'), trees=(('#3c8a50', '#58a85c', '#8cc874'), ('#348048', '#509c54', '#80bc6c')),
+                   case='#6a4632', board='#c89058', post='#b07a4c', dark=('#4c3028', .4, .04), table=('#f4d09c', '#b8824c'), shade=.2),
+}
+
+
+def library(name, mood):
+    """By its lamp in the rain, or in the light of a summer's day."""
+    c, wet = LIBRARY[mood], mood == 'rain'
     d = Drawing(W, H)
     cam = Camera(320, 196, 420)
-    d.add(rect(0, 0, W, H, d.linear([(0, '#2c2438'), (1, '#3c2a34')])))
+    d.add(rect(0, 0, W, H, d.linear([(0, c['room'][0]), (1, c['room'][1])])))
     low, top, back = -1.4, 1.75, 7.2
-    d.add(cam.floor(-3, 3, .8, back, low, d.linear([(0, '#8a5a40'), (1, '#3f2a30')])))
+    d.add(cam.floor(-3, 3, .8, back, low, d.linear([(0, c['floor'][0]), (1, c['floor'][1])])))
     for i in range(-9, 10):
-        d.add(line(*cam.at(i * .32, low, .9), *cam.at(i * .32, low, back), '#2c1e28', 1, .5))
+        d.add(line(*cam.at(i * .32, low, .9), *cam.at(i * .32, low, back), c['seam'], 1, .5))
     # Back wall with a tall window on rain at night-fall.
-    d.add(cam.front(-3, 3, low, top, back, d.linear([(0, '#4c3c4c'), (1, '#7a5648')])))
-    d.add(cam.floor(-3, 3, .8, back, top, d.linear([(0, '#241e30'), (1, '#3c3040')])))
+    d.add(cam.front(-3, 3, low, top, back, d.linear([(0, c['back'][0]), (1, c['back'][1])])))
+    d.add(cam.floor(-3, 3, .8, back, top, d.linear([(0, c['top'][0]), (1, c['top'][1])])))
     x1, y1 = cam.at(-.95, 1.45, back)
     x2, y2 = cam.at(.95, -.5, back)
     d.add(rect(x1 - 6, y1 - 6, x2 - x1 + 12, y2 - y1 + 12, '#6a4636'),
-          rect(x1, y1, x2 - x1, y2 - y1, d.linear([(0, '#3f5a94'), (.6, '#6f8fc0'), (1, '#9db4cc')])))
+          rect(x1, y1, x2 - x1, y2 - y1, d.linear([(0, c['view'][0]), (.6, c['view'][1]), (1, c['view'][2])])))
     clip = d.clip(rect(x1, y1, x2 - x1, y2 - y1, '#000'))
-    sub = crown(x1 + 10, y2 - 2, 30, ('#30466c', '#3c5a7c', '#4f7090'), 3) + crown(x2 - 6, y2 + 2, 36, ('#2c4066', '#385474', '#48688a'), 5)
+    sub = crown(x1 + 10, y2 - 2, 30, c['trees'][0], 3) + crown(x2 - 6, y2 + 2, 36, c['trees'][1], 5)
     r = random.Random(8)
     drops = ''.join(f'M{r.uniform(x1, x2):.0f} {r.uniform(y1 - 10, y2):.0f}l-2 {r.uniform(9, 18):.0f}' for _ in range(60))
-    d.add(group(sub + [path(drops, 'none', '#dcebf8', .9, .6)], clip=clip))
+    d.add(group(sub + ([path(drops, 'none', '#dcebf8', .9, .6)] if wet else []), clip=clip))
     for k in (1, 2):
         x = x1 + (x2 - x1) * k / 3
         d.add(line(x, y1, x, y2, '#6a4636', 3))
@@ -492,33 +504,38 @@ def library(name):
     # Shelves along both sides.
     for side in (-1, 1):
         x = 1.75 * side
-        parts = [cam.side(x + .02 * side, low, 1.6, 1.0, back - .3, '#2c1c22')]
+        parts = [cam.side(x + .02 * side, low, 1.6, 1.0, back - .3, c['case'])]
         for shelf in range(6):
             y = low + .14 + shelf * .49
-            bookRow(d, cam, x, 1.05, back - .4, y, .44, 11 * shelf + side, tones, parts)
-            parts.append(cam.side(x - .01 * side, y - .06, y, 1.0, back - .3, '#a06c46'))
+            bookRow(d, cam, x, 1.05, back - .4, y, .44, 11 * shelf + side, [mix(t, '#fff0d8', c['shade']) for t in tones], parts)
+            parts.append(cam.side(x - .01 * side, y - .06, y, 1.0, back - .3, c['board']))
         for z in (1.0, 2.3, 3.6, 4.9, 6.2):
-            parts.append(cam.side(x - .02 * side, low, 1.6, z, z + .09, '#8a5a3c'))
+            parts.append(cam.side(x - .02 * side, low, 1.6, z, z + .09, c['post']))
         parts.append(cam.side(x - .02 * side, 1.52, 1.64, 1.0, back - .3, '#b47c50'))
         d.add(*parts)
     # Dark gathers at the far ends and towards us.
-    d.add(rect(0, 0, W, H, d.linear([(0, '#1c1630', .62), (.3, '#1c1630', .1), (.5, '#1c1630', 0), (.7, '#1c1630', .1), (1, '#1c1630', .62)], 0, 0, 1, 0)))
+    d.add(rect(0, 0, W, H, d.linear([(x, c['dark'][0], c['dark'][k] if k else 0) for x, k in ((0, 1), (.3, 2), (.5, 0), (.7, 2), (1, 1))], 0, 0, 1, 0)))
     # The lamp's light.
     lx, ly = 344, 262
-    d.add(d.glow(lx, ly + 20, 330, 230, '#ffcf7a', .62))
+    if wet:
+        d.add(d.glow(lx, ly + 20, 330, 230, '#ffcf7a', .62))
+    else:  # the window's light on the floor, and what hangs in it
+        d.add(d.glow(320, 170, 250, 190, '#fffbe8', .8))
+        d.add(*[polygon([(x1 + k * 40, y1), (x1 + k * 40 + 26, y1), (x1 + k * 74 - 10, 480), (x1 + k * 74 - 90, 480)],
+                        d.linear([(0, '#fffbe0', .42), (1, '#fffbe0', 0)])) for k in range(3)])
     # Long table.
-    d.add(ellipse(330, 430, 260, 40, '#241620', opacity=.5))
+    d.add(ellipse(330, 430, 260, 40, '#241620', opacity=.5 if wet else .2))
     table = [cam.quad([(-.95, -.62, 1.9), (1.05, -.62, 1.9), (.75, -.62, 4.3), (-.7, -.62, 4.3)],
-                      d.linear([(0, '#e8ac66'), (1, '#9c6240')])),
+                      d.linear([(0, c['table'][0]), (1, c['table'][1])])),
              cam.front(-.95, 1.05, -.72, -.62, 1.9, '#7a4a34'),
              cam.front(-.88, -.76, low, -.72, 1.95, '#4c2e28'), cam.front(.86, .98, low, -.72, 1.95, '#4c2e28')]
-    d.add(*table, d.glow(lx, 300, 150, 40, '#fff0b8', .9))
+    d.add(*table, d.glow(lx, 300, 150, 40, '#fff0b8', .9 if wet else .5))
     # A banker's lamp.
     d.add(ellipse(lx, 304, 24, 6, '#7d5c22'), ellipse(lx, 302, 24, 6, '#d8ac54'),
           path(f'M{lx} 302V258', 'none', '#7d5c22', 6), path(f'M{lx - .8} 302V258', 'none', '#e8c878', 3),
           path(f'M{lx - 46} 262C{lx - 44} 232 {lx + 44} 232 {lx + 46} 262Z', d.linear([(0, '#2f7a66'), (1, '#7fd0a0')]), '#1f4c44', 1.6),
           path(f'M{lx - 34} 254C{lx - 28} 242 {lx - 10} 239 {lx} 239', 'none', '#d8fbe0', 2.4, .9),
-          ellipse(lx, 262, 45, 5, '#fff6d0'), d.glow(lx, 264, 120, 56, '#fff4c4', .8))
+          ellipse(lx, 262, 45, 5, '#fff6d0' if wet else '#c8d8c0'), *([d.glow(lx, 264, 120, 56, '#fff4c4', .8)] if wet else []))
     # Books, cards and the key on the table.
     for i, (w, tone) in enumerate(((84, '#7a3840'), (74, '#3f5a74'), (66, '#4c6a5c'))):
         y = 336 - i * 12
@@ -535,11 +552,20 @@ def library(name):
     d.save(name)
 
 
-def roof(name):
-    d = Drawing(W, H)
-    sky(d, [(0, '#3c4a94'), (.22, '#7a6fb8'), (.42, '#e08fa4'), (.56, '#ffc48c'), (.64, '#ffeab8')])
+ROOF = {
+    'dusk': dict(sky=[(0, '#3c4a94'), (.22, '#7a6fb8'), (.42, '#e08fa4'), (.56, '#ffc48c'), (.64, '#ffeab8')],
+                 hills=(('#a8789c', '#d898a0'), ('#7c5c8c', '#a87494')), sea='#fff4d0', town=('#5f4a7c', '#7c5a84'), lights='#ffe09c',
+                 floor=('#a8889c', '#7c6a90', '#544c78'), seam='#4c446c', ledge=('#6f5c84', '#e8b4a8'), rail=('#4f4674', '#f4bca4', '#ffd8ac'),
+                 tank=('#e8b0a0', '#b48ca4', '#544a7c'), lid=('#c49cac', '#e4b4b0', '#9c80a4'), iron='#3f3868', band='#463e70', gleam='#ffe0c0'),
+    'noon': dict(sky=[(0, '#2f7fd8'), (.3, '#5fabe8'), (.55, '#a8dcf6'), (.68, '#e4f6fa')],
+                 hills=(('#8fc4d8', '#b8dfe4'), ('#5fa08c', '#8fc4a0')), sea='#ffffff', town=('#b8c8d8', '#e4ecf0'), lights='#7fa8cc',
+                 floor=('#dfe4e4', '#c4ccd2', '#a4b0bc'), seam='#8494a4', ledge=('#b4c0cc', '#f6fafc'), rail=('#7f94a8', '#e8f4fa', '#ffffff'),
+                 tank=('#ffffff', '#dbe6ee', '#94a8bc'), lid=('#c4d4de', '#f0f6fa', '#a4b8c8'), iron='#64788c', band='#8ca0b4', gleam='#ffffff'),
+}
+
+
+def duskSky(d):
     d.add(d.glow(150, 286, 330, 210, '#fff0b4', .9))
-    cam = Camera(330, 300, 420)
     for i, (x, y, s, t, l, o) in enumerate(((470, 120, 190, '#a88cc4', '#f4a49c', .9), (140, 80, 150, '#8478bc', '#d894b0', .85),
                                             (330, 196, 130, '#f8b8a4', '#ffe0b0', .9), (590, 216, 120, '#e49cac', '#ffd0a4', .85),
                                             (60, 190, 100, '#f4a8a0', '#ffe4b4', .8))):
@@ -547,24 +573,19 @@ def roof(name):
     d.add(*[polygon([(150, 288), (x, -20), (x + w, -20)], d.linear([(0, '#fff0c0', 0), (1, '#fff0c0', .34)]))
             for x, w in ((20, 50), (150, 70), (300, 60), (460, 80))])
     d.add(ellipse(150, 288, 22, 22, '#fffbe4'))
-    hills(d, 316, 40, '#a8789c', 12, '#d898a0', 1)
-    hills(d, 332, 30, '#7c5c8c', 15, '#a87494', 2)
-    # The town far below.
-    r = random.Random(5)
-    x = 0
-    while x < W:
-        w, h = r.uniform(12, 34), r.uniform(6, 24)
-        d.add(rect(x, 336 - h, w, 40, mix('#5f4a7c', '#7c5a84', r.random())))
-        if r.random() < .7:
-            d.add(rect(x + w * .3, 336 - h + 4, 2.4, 2.4, '#ffe09c'))
-        x += w
-    # Roof floor with its wet shine.
-    d.add(rect(0, 340, W, 140, d.linear([(0, '#a8889c'), (.5, '#7c6a90'), (1, '#544c78')])))
-    for x in range(-12, 14):
-        d.add(line(*cam.at(x * .9, -1.2, 12), *cam.at(x * .9, -1.2, 1.6), '#4c446c', 1, .5))
-    for z in (1.9, 2.5, 3.3, 4.6, 7):
-        y = cam.at(0, -1.2, z)[1]
-        d.add(line(0, y, W, y, '#4c446c', 1, .5))
+
+
+def noonSky(d):
+    """A thunderhead that only means summer."""
+    d.add(d.glow(96, 30, 220, 170, '#ffffff', .75))
+    for i, (x, y, s, l) in enumerate(((300, 300, 190, '#b4d4ec'), (250, 262, 150, '#c0dcf0'), (356, 250, 150, '#bcd8ee'), (296, 206, 140, '#c8e2f4'),
+                                      (238, 200, 90, '#d4e8f6'), (340, 168, 100, '#d4e8f6'), (296, 140, 84, '#dceef8'))):
+        cloud(d, x, y, s, '#ffffff', l, .96, 50 + i)
+    for i, (x, y, s) in enumerate(((560, 92, 90), (440, 44, 60), (60, 148, 70))):
+        cloud(d, x, y, s, '#ffffff', '#d4e8f6', .85, 90 + i)
+
+
+def puddles(d):
     puddle = d.linear([(0, '#ffe0b0'), (.6, '#f0a4a4'), (1, '#9c84bc')])
     for x, y, rx, ry in ((150, 372, 130, 9), (250, 430, 150, 17), (520, 398, 96, 10), (70, 462, 90, 12), (560, 462, 110, 14)):
         d.add(ellipse(x, y, rx, ry, puddle, opacity=.92))
@@ -572,28 +593,61 @@ def roof(name):
         d.add(ellipse(150, 366 + i * 2.4, 20 - i * 1.5, .9, '#fffbe4', opacity=.9),
               ellipse(156 + i % 2 * 6, 417 + i * 3.8, 24 - i * 2.4, 1.3, '#fffbe4', opacity=.85))
     ripples(d, ((300, 428, 20), (520, 398, 14), (84, 462, 15)), '#fff4dc', .8)
-    # Railing; every drop on it has the sun inside.
-    d.add(rect(0, 334, W, 12, '#6f5c84'), rect(0, 334, W, 3, '#e8b4a8'))
+
+
+def roof(name, mood):
+    """At dusk after rain; at noon in summer, dry, with a shadow that is half a shadow."""
+    c, wet = ROOF[mood], mood == 'dusk'
+    d = Drawing(W, H)
+    sky(d, c['sky'])
+    cam = Camera(330, 300, 420)
+    (duskSky if wet else noonSky)(d)
+    hills(d, 316, 40, c['hills'][0][0], 12, c['hills'][0][1], 1)
+    d.add(rect(0, 314, W, 5, c['sea'], opacity=.9))  # the sea, a white line behind the town
+    hills(d, 336, 24, c['hills'][1][0], 15, c['hills'][1][1], 2)
+    # The town far below.
+    r = random.Random(5)
+    x = 0
+    while x < W:
+        w, h = r.uniform(12, 34), r.uniform(6, 24)
+        d.add(rect(x, 336 - h, w, 40, mix(*c['town'], r.random())))
+        if r.random() < .7:
+            d.add(rect(x + w * .3, 336 - h + 4, 2.4, 2.4, c['lights']))
+        x += w
+    d.add(rect(0, 340, W, 140, d.linear([(0, c['floor'][0]), (.5, c['floor'][1]), (1, c['floor'][2])])))
+    for x in range(-12, 14):
+        d.add(line(*cam.at(x * .9, -1.2, 12), *cam.at(x * .9, -1.2, 1.6), c['seam'], 1, .5))
+    for z in (1.9, 2.5, 3.3, 4.6, 7):
+        y = cam.at(0, -1.2, z)[1]
+        d.add(line(0, y, W, y, c['seam'], 1, .5))
+    if wet:
+        puddles(d)
+    else:
+        d.add(polygon([(470, 378), (616, 388), (660, 480), (420, 480), (430, 400)], '#5c7088', opacity=.42),
+              d.glow(180, 420, 260, 70, '#ffffff', .5))
+    # The railing; after rain every drop on it has the sun inside.
+    d.add(rect(0, 334, W, 12, c['ledge'][0]), rect(0, 334, W, 3, c['ledge'][1]))
     for x in range(8, W, 26):
-        d.add(line(x, 236, x, 336, '#4f4674', 2.6), line(x - 1, 236, x - 1, 336, '#f4bca4', .9))
+        d.add(line(x, 236, x, 336, c['rail'][0], 2.6), line(x - 1, 236, x - 1, 336, c['rail'][1], .9))
     for y in (236, 262):
-        d.add(line(0, y, W, y, '#4f4674', 5), line(0, y - 1.6, W, y - 1.6, '#ffd8ac', 1.5))
-    for x in range(12, W, 13):
+        d.add(line(0, y, W, y, c['rail'][0], 5), line(0, y - 1.6, W, y - 1.6, c['rail'][2], 1.5))
+    for x in range(12, W, 13) if wet else ():
         if r.random() < .75:
             y = r.choice((240, 240, 266))
             x += r.uniform(-4, 4)
             d.add(ellipse(x, y + 2, 2.1, 2.9, '#fff6d8'), d.glow(x, y + 2, 8, 8, '#fff6d8', .75))
-    # The water tank on its frame, and an umbrella's end behind it.
-    tank = d.linear([(0, '#e8b0a0'), (.25, '#b48ca4'), (1, '#544a7c')], 0, 0, 1, 0)
-    d.add(path('M478 374L492 250M604 384L590 250M540 390V250M486 320L598 336M598 316L486 336', 'none', '#3f3868', 6),
-          path('M456 372L440 340', 'none', '#3f7fb4', 9), path('M456 372L440 340', 'none', '#9fdcf0', 6),
-          path('M440 340L434 329', 'none', '#566a98', 3),
-          rect(474, 138, 132, 116, tank, r=8), ellipse(540, 140, 66, 17, '#c49cac'), ellipse(540, 138, 66, 15, '#e4b4b0'),
-          ellipse(540, 132, 18, 5, '#9c80a4'),
-          *[path(f'M474 {y}Q540 {y + 20} 606 {y}', 'none', '#463e70', 1.8, .6) for y in (166, 196, 226)],
-          path('M484 152V244', 'none', '#ffe0c0', 3, .8),
-          path('M616 130V384M634 130V384', 'none', '#3f3868', 3.4),
-          *[line(616, y, 634, y, '#3f3868', 2.4) for y in range(140, 384, 17)])
+    # The water tank on its frame; in the rain an umbrella's end behind it.
+    tank = d.linear([(0, c['tank'][0]), (.25, c['tank'][1]), (1, c['tank'][2])], 0, 0, 1, 0)
+    if wet:
+        d.add(path('M456 372L440 340', 'none', '#3f7fb4', 9), path('M456 372L440 340', 'none', '#9fdcf0', 6),
+              path('M440 340L434 329', 'none', '#566a98', 3))
+    d.add(path('M478 374L492 250M604 384L590 250M540 390V250M486 320L598 336M598 316L486 336', 'none', c['iron'], 6),
+          rect(474, 138, 132, 116, tank, r=8), ellipse(540, 140, 66, 17, c['lid'][0]), ellipse(540, 138, 66, 15, c['lid'][1]),
+          ellipse(540, 132, 18, 5, c['lid'][2]),
+          *[path(f'M474 {y}Q540 {y + 20} 606 {y}', 'none', c['band'], 1.8, .6) for y in (166, 196, 226)],
+          path('M484 152V244', 'none', c['gleam'], 3, .8),
+          path('M616 130V384M634 130V384', 'none', c['iron'], 3.4),
+          *[line(616, y, 634, y, c['iron'], 2.4) for y in range(140, 384, 17)])
     d.save(name)
 
 
@@ -650,8 +704,6 @@ def street(name):
                   rect(px - s, py - s * 1.5, 2 * s, s * .5, '#241830'), rect(px - s, py + s * 1.7, 2 * s, s * .5, '#241830'),
                   line(px - s * 1.5, py + s * .3, px + s * 1.5, py + s * .3, '#c8703c', max(.5, 2 / z), .7))
     d.add(path('M0 92Q170 168 318 236M0 118Q170 186 318 240M640 70Q500 150 342 236M640 96Q500 170 342 240', 'none', '#0c1230', 1.2))
-    ripples(d, ((250, 430, 18), (380, 446, 20), (320, 380, 11), (170, 462, 14), (470, 464, 15)), '#cfd8ff', .5)
-    rain(d, 17, 130, '#c4d0f8', .38)
     d.save(name)
 
 
@@ -660,8 +712,10 @@ def main():
     gate('KBA015', 'clear')
     classroom('KBA021', 'dusk', True)
     classroom('KBA041', 'bright', False)
-    library('KBA030')
-    roof('KBA040')
+    library('KBA030', 'rain')
+    library('KBA031', 'summer')
+    roof('KBA040', 'dusk')
+    roof('KBA042', 'noon')
     street('KBA049')
 
 

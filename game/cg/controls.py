@@ -129,11 +129,12 @@ def plate(name, top, number):
             cx, cy = (x + 22 if side < 0 else x + w - 22), (y + 20 if up < 0 else y + h - 20)
             marks.append(path(f'M{cx + side * 13} {cy}Q{cx + side * 13} {cy + up * 11} {cx} {cy + up * 11}', 'none', SKY, 1))
     d.add('<g shape-rendering="crispEdges">',
-          path(plateShape(top, 1), 'none', BLACK, 2), path(plateShape(top, -1), 'none', WHITE, 2),
-          path(plateShape(top, -2.5), 'none', SKY, 1), path(plateShape(top, -5), 'none', SILVER, 1), '</g>', *marks)
+          path(plateShape(top, 1), 'none', BLACK, 1), path(plateShape(top), 'none', WHITE, 1),
+          path(plateShape(top, -1), 'none', WHITE, 1), path(plateShape(top, -2), 'none', SKY, 1),
+          path(plateShape(top, -3), 'none', DIM, 1), '</g>', *marks)
     d.save(name)
     d = Drawing(PLATE_W, height)
-    crisp(d, [path(plateShape(top, 2), '#ffffff')])
+    crisp(d, [path(plateShape(top, 1), '#ffffff', '#ffffff', 1)])
     d.save(f'select{number}R')
 
 

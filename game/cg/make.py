@@ -4,7 +4,8 @@
 import backgrounds
 import characters
 import controls
+import events
 import interface
 
-for module in (characters, backgrounds, interface, controls):
+for module in (characters, backgrounds, interface, controls, events):
     module.main()
