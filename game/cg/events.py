@@ -25,7 +25,7 @@ def burst(d, x, y, radius, colours, seed, rays=26):
                 t = k / 12
                 points.append((x + math.cos(angle) * reach * t, y + math.sin(angle) * reach * t + sag * t * t))
             text = 'M' + 'L'.join(f'{px:.1f} {py:.1f}' for px, py in points)
-            parts.append(path(text, 'none', mix(inner, outer, .35), 1.5 if ring == 1.0 else 1.1, .55))
+            parts.append(path(text, 'none', mix(inner, outer, .35), 1.5 if ring == 1.0 else 1.1, .75))
             for k, (px, py) in enumerate(points):
                 size = .5 + 1.7 * (k / len(points)) ** 2 * (1 if ring > .5 else .8)
                 parts.append(ellipse(px, py, size, size, mix(inner, outer, k / len(points)), opacity=.35 + .08 * k))
@@ -116,7 +116,7 @@ def withBelune(name):
     railing(d)
     mood = people.calm(eyes='open', brows=(3, -1), blush=.75, turn=-4)
     figure = [people.umbrellaOpen(d, 156, 112, 12, 1.05), *people.beluneParts(d, people.armsUpright, mood, 5)]
-    lit(d, figure, 'translate(212 10) scale(1.55)', (180, 120, 430))
+    lit(d, figure, 'translate(252 -6) scale(1.32)', (200, 130, 430), warm=(1.14, 1, .93))
     sparks(d, 5)
     d.save(name)
 
@@ -131,9 +131,9 @@ def withLessa(name):
         d.add(rect(470 - 36 + (y * 13) % 21, y, 66 - (y * 7) % 31, 1.6, '#ffc878', opacity=.5))
     railing(d)
     mood = people.calm(eyes='wide', brows=(3, 1.4), blush=.8, turn=4)
-    lit(d, people.lessaParts(d, people.armsOpenBook, mood, -4), 'translate(2 14) scale(1.6)', (450, 130, 450), warm=(1.05, .95, .84))
+    lit(d, people.lessaParts(d, people.armsOpenBook, mood, -4), 'translate(34 -44) scale(1.36)', (450, 130, 470), warm=(1.14, 1.02, .88))
     # The open page throws the light back.
-    d.add(d.glow(242, 372, 110, 60, '#ffe4a8', .4))
+    d.add(d.glow(241, 268, 96, 52, '#ffe4a8', .5))
     sparks(d, 9)
     d.save(name)
 
