@@ -145,8 +145,8 @@ def beluneBackHair(d):
             return [(x + side * px, y + py) for px, py in points]
         tone = ('light', 'main', 'dark') if side < 0 else ('main', 'dark', 'deep')
         parts += lock(d, 'belune', at((26, 10), (34, 80), (42, 150), (44, 220), (36, 290), (26, 334)), [20, 28, 34, 32, 20, 0], ('main', 'dark', 'deep'))
-        parts += lock(d, 'belune', at((46, -10), (56, 70), (74, 160), (82, 240), (70, 306), (62, 348)), [22, 32, 36, 34, 22, 0], tone)
-        parts += lock(d, 'belune', at((50, 10), (60, 90), (84, 180), (96, 250), (92, 296), (100, 330)), [12, 20, 24, 22, 14, 0], tone)
+        parts += lock(d, 'belune', at((34, -34), (46, 10), (56, 70), (74, 160), (82, 240), (70, 306), (62, 348)), [8, 22, 32, 36, 34, 22, 0], tone)
+        parts += lock(d, 'belune', at((40, -30), (54, 30), (62, 92), (84, 180), (96, 250), (92, 296), (100, 330)), [4, 12, 20, 24, 22, 14, 0], tone)
         parts += lock(d, 'belune', at((40, 0), (52, 100), (62, 190), (60, 262), (48, 318), (52, 362)), [18, 28, 30, 28, 18, 0], ('light', 'main', 'dark') if side < 0 else tone)
     return parts
 

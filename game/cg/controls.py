@@ -39,9 +39,9 @@ def pill(d, x, y, w, h, label, look, size=7.2, arrows=False):
 
 
 FRAME_BUTTONS = {  # name: (x, y on the frame, cell width, cell height, the plate in the cell, label)
-    'MButton1': (586, 12, 46, 26, (0, 0, 46, 26), 'SAVE'),
-    'MButton2': (586, 43, 46, 26, (0, 0, 46, 26), 'LOAD'),
-    'MButton3': (567, 62, 66, 46, (1, 14, 64, 30), 'SKIP'),
+    'MButton1': (586, 12, 42, 26, (0, 1, 42, 24), 'SAVE'),
+    'MButton2': (586, 43, 42, 26, (0, 1, 42, 24), 'LOAD'),
+    'MButton3': (567, 62, 61, 46, (0, 14, 61, 29), 'SKIP'),
 }
 
 

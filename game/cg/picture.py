@@ -18,7 +18,7 @@ PLAY = '''ready
 sleep 2000
 shot title.png
 click 320 240
-''' + 'ready\nclick 320 240\n' * LINES_BEFORE + 'ready\nshot picture.png\nquit\n'
+''' + 'ready\nclick 320 240\n' * LINES_BEFORE + 'ready\nsleep 200\nshot picture.png\nquit\n'
 
 
 def main():
