@@ -110,7 +110,8 @@ int main() {
 
   table.note("heap after the first hundred pictures, KB", heap[0] / 1024);
   for (size_t quarter = 1; quarter < heap.size(); ++quarter)
-    table.note(("after " + std::to_string(quarter * Between) + " more, KB").c_str(), heap[quarter] / 1024);
+    table.note(("after " + std::to_string(quarter * Between) + " more, KB").c_str(),
+               heap[quarter] / 1024);
   constexpr double Slack = 4096;  // lists and the kernel's queues breathe
   table.atMost("a thousand picture changes grow the heap by, bytes", heap.back() - heap[0], Slack);
   return table.status();

@@ -213,7 +213,6 @@ void destroyAnimations() {
 QV_SCENE(sc_reel) {
   SetSceneName("sc_reel");
   SceneEnter();
-  theScenario->CreateView("cg.view", nullptr, 0, 0, Width, Height, 0);
   try {
     everyEffect();
     shapeWipes();

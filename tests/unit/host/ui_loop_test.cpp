@@ -242,7 +242,7 @@ TEST_F(UiLoopTest, AFrameIsDraggedByItsCaptionAndTheGameHearsNothingOfIt) {
   });
 }
 
-TEST_F(UiLoopTest, ADragIsRecordedAsALineThatDragsAgain) {
+TEST_F(UiLoopTest, ADragIsRecordedAsAPressAMoveAndARelease) {
   ASSERT_TRUE(recorder.open(platform.player() / "record.play"));
   run([this] {
     HostWindowObject* frame = make("HelpWindow", {100, 100, 200, 150}, TypeFrame, "Help");
@@ -265,7 +265,8 @@ TEST_F(UiLoopTest, ADragIsRecordedAsALineThatDragsAgain) {
     EXPECT_EQ(place, Rectangle::at(140, 140, 106, 80));
   });
   EXPECT_EQ(testing::readWhole(platform.player() / "record.play"),
-            "now drag 120 110 160 150\n@1 drag 120 110 160 150\n");
+            "now press 120 110\nnow move 160 150\nnow release 160 150\n"
+            "@1 press 120 110\nnow move 160 150\nnow release 160 150\n");
 }
 
 TEST_F(UiLoopTest, APressBesideTheCaptionIsTheGames) {
