@@ -5,7 +5,7 @@ disabled, disabled and pressed. A button of a box: plain, under the pointer, pre
 """
 
 from letters import drop, lettering
-from svg import Drawing, ellipse, group, line, path, polygon, rect
+from svg import Drawing, ellipse, group, path, polygon, rect
 
 INK, RIM, PALE = '#1c2a52', '#b4dcf2', '#f4fbff'
 

@@ -5,7 +5,7 @@ import random
 
 import characters as people
 from backgrounds import hills
-from svg import Drawing, ellipse, group, line, mix, path, polygon, rect
+from svg import Drawing, ellipse, group, line, mix, path, rect
 
 W, H = 640, 480
 

@@ -1,13 +1,12 @@
 """The message frame and its prompt, the logo, the title, masks of wipes, the strip of clouds."""
 
 import math
-import random
 
 import characters as people
 import controls
 from backgrounds import FLOWERS, hills, hydrangeaBush, cloud, crown, rain, ripples, school
 from letters import drop, lettering
-from svg import Drawing, ellipse, group, line, path, polygon, rect
+from svg import Drawing, ellipse, group, path, polygon, rect
 
 W, H = 640, 480
 

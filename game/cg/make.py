@@ -6,6 +6,7 @@ import characters
 import controls
 import events
 import interface
+import rooms
 
-for module in (characters, backgrounds, interface, controls, events):
+for module in (characters, backgrounds, rooms, interface, controls, events):
     module.main()
