@@ -4,7 +4,9 @@
 import backgrounds
 import characters
 import controls
+import events
 import interface
+import rooms
 
-for module in (characters, backgrounds, interface, controls):
+for module in (characters, backgrounds, rooms, interface, controls, events):
     module.main()
