@@ -51,7 +51,7 @@ void setAllColours(QVVSurface& target, const scobjPalette& colours) {
 
 scobjPalette systemColours() {
   scobjPalette colours;
-  colours.readFile(SystemPalette);
+  colours.loadFromPicture(SystemPalette);
   return colours;
 }
 
