@@ -430,14 +430,19 @@ TEST_F(RunTest, ClosingAtAnyMomentOfTheShowReelEndsTheRun) {
   }
 }
 
-TEST_F(RunTest, TheSampleIsReadFromItsTitleToAnEnding) {
+TEST_F(RunTest, TheSampleIsReadFromItsTitleToEachOfItsEndings) {
   const std::string user = (folder.path() / "player").string();
-  for (const char* seed : {"1", "2", "3", "4", "5", "6", "7", "8"}) {
-    std::filesystem::remove_all(user);
-    const ProcessResult result =
-        bare({"--simulate", seed, "--user", user, "--shots", folder.path().string(), "--play",
-              QV_OUTPUT_DIR "/vorlane/sample.play", QV_OUTPUT_DIR "/vorlane"});
-    EXPECT_EQ(result.status, 0) << result.errors;
+  const std::string others = QV_SOURCE_DIR "/tests/story/sample/";
+  for (const std::string& script :
+       {std::string(QV_OUTPUT_DIR "/vorlane/sample.play"), others + "book.play",
+        others + "rain.play"}) {
+    for (const char* seed : {"1", "2", "3", "4", "5", "6", "7", "8"}) {
+      std::filesystem::remove_all(user);
+      const ProcessResult result =
+          bare({"--simulate", seed, "--user", user, "--shots", folder.path().string(), "--play",
+                script, QV_OUTPUT_DIR "/vorlane"});
+      EXPECT_EQ(result.status, 0) << "seed " << seed << ": " << result.errors;
+    }
   }
 }
 
