@@ -25,8 +25,8 @@ inline constexpr const char* Screen = "cg.view";
 /// The sheet that a page offers.
 inline constexpr qv::Rectangle Sheet{40, 88, 592, 414};
 
-// As 0x00BBGGRR: the three that the pages' pictures hold for sure, and white.
-inline constexpr qv::ColourRef Navy = 0x5C3422, Paper = 0xFCF8F2, Shade = 0xD6BDA9,
+// As 0x00BBGGRR: what the pages' pictures hold, and white.
+inline constexpr qv::ColourRef Navy = 0x5C3422, Paper = 0xFCF8F2, Shade = 0xD6BDA9, Sky = 0xE4D07C,
                                White = 0xFFFFFF;
 
 struct Lettering {

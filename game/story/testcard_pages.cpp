@@ -28,7 +28,7 @@ void everyFace() {
     card::write(line, outlined,
                 {.height = 24,
                  .face = face,
-                 .colour = card::White,
+                 .colour = card::Sky,
                  .outline = card::Navy,
                  .flags = QVPrintArea::FlagOutline});
     card::writeShaded(line.moved(0, LineHeight), shaded, {.height = 22, .face = face});
@@ -58,7 +58,7 @@ constexpr const char* LongText =
     "、"
     "それでも、ちょうどいいと思った。図書室の窓に、だれかの眼鏡がひかった。レッサは本の陰から、水色"
     "の傘"
-    "がひとつ、坂をのぼってくるのを見ていた。そして、しおりのかわりに、その朝をはさんだ\uE056\n"
+    "がひとつ、坂をのぼってくるのを見ていた。そして、しおりのかわりに、その朝をはさんだ\uE016\n"
     "これで、文字の頁はおわりです。";
 
 void longText() {
@@ -70,7 +70,7 @@ void longText() {
   area.setIndent(Indent, 0);
   area.setIndent(Right, 1);
   area.setNoLineStart(
-      sjis("。」・）]｝‥！？、ー　ぁぃぅぇぉっゃゅょァィゥェォャュョッ\uE000\uE001\uE003\uE056")
+      sjis("。」・）]｝‥！？、ー　ぁぃぅぇぉっゃゅょァィゥェォャュョッ\uE000\uE001\uE003\uE016")
           .c_str());
   area.home();
   area.printText(sjis(LongText).c_str(), nullptr, nullptr, nullptr, true);
@@ -113,7 +113,8 @@ struct Speaker {
   Rectangle words;
 };
 
-constexpr int32_t SpriteTop = 60;
+/// A figure stands behind the sheet's lower edge.
+constexpr int32_t SpriteTop = 60, SpriteWidth = 260, SpriteHeight = 370;
 constexpr Speaker Belune{
     "cg\\KUS001.mcg", "cg\\KUM001.mcg", Rectangle::at(114, 132, 32, 24), 44, {316, 120, 588, 400}};
 constexpr Speaker Lessa{
@@ -128,8 +129,8 @@ void standUp(const Speaker& speaker) {
   constexpr int32_t Cells = 3;
   card::takeColours(speaker.sprite);
   card::takeColours(speaker.mouth);
-  theScenario->DrawTo(card::Screen, speaker.sprite, speaker.x, SpriteTop, 0, 0, 0, 0, 1,
-                      KeyTopLeft);
+  theScenario->DrawTo(card::Screen, speaker.sprite, speaker.x, SpriteTop, SpriteWidth, SpriteHeight,
+                      0, 0, 1, KeyTopLeft);
   const Rectangle place = speaker.mouthOnSprite.moved(speaker.x, SpriteTop);
   theScenario->DestroyObjects({Mouth, MouthCells});
   theScenario->CreateObject(MouthCells, TypeAnimationSurface, {speaker.mouth, Cells, KeyTopLeft});

@@ -205,7 +205,7 @@ class HomeButton : public ControlItem {
   }
 
  private:
-  static constexpr int32_t PictureWidth = 88, PictureHeight = 30, WordWidth = 56;
+  static constexpr int32_t PictureWidth = 88, PictureHeight = 30, WordWidth = 72;
   static constexpr ColourRef Focused = 0x6C5AD8;
 
   void drawWord(ColourRef colour) const {
@@ -213,7 +213,7 @@ class HomeButton : public ControlItem {
     const Rectangle& place = rectangle();
     write({place.left + PictureWidth + Gap, place.top + Top, place.right,
            place.top + Top + LineHeight},
-          label_, {.colour = colour, .weight = 600});
+          label_, {.colour = colour, .flags = QVPrintArea::FlagOneLine, .weight = 600});
   }
 
   const char* label_;
@@ -263,7 +263,7 @@ int32_t Board::wait(int32_t tenths) {
 
 StateText::StateText(const Rectangle& place) : place_(place) {
   const AreaHandle area(State);
-  prepare(area, place, {.face = "ＭＳ ゴシック"});
+  prepare(area, place, {.height = 20, .face = "ＭＳ ゴシック"});
   area.saveBackground();
 }
 
