@@ -7,6 +7,7 @@ import controls
 import events
 import interface
 import rooms
+import testcard
 
-for module in (characters, backgrounds, rooms, interface, controls, events):
+for module in (characters, backgrounds, rooms, interface, controls, events, testcard):
     module.main()
