@@ -18,7 +18,6 @@ namespace {
 
 constexpr int Channels = 16;
 constexpr uint32_t ChunkFrames = 256;
-constexpr int AllNotesOff = 123;
 // Loud enough beside voices and effects, and a full song of sixteen channels does not clip.
 constexpr double SynthesiserGain = 0.4;
 constexpr int Voices = 256;
