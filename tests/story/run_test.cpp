@@ -7,6 +7,7 @@
 
 #include "tests/story/story_host.h"
 #include "tests/support/process.h"
+#include "tests/support/song_bytes.h"
 #include "tests/support/test_platform.h"
 
 namespace qv::testing {
@@ -217,6 +218,28 @@ TEST_F(RunTest, WithoutAnyFontSaysSoOnceAndDrawsWithTheBuiltInOne) {
   const ProcessResult nowhere =
       play("trouble", "quit\n", {"--headless", "--fonts", (folder.path() / "none").string()});
   EXPECT_EQ(nowhere.status, 2);
+}
+
+/// The disc's first voice brings a box, the second none; its track and what it lacks of songs go
+/// by.
+constexpr const char* PlayWithoutADisc =
+    "ready\nkey 7\nanswer ok\nready\nexpect scene sc000007\nexpect reg 600 2\nexpect reg 601 2\n"
+    "expect sound wave none\nexpect sound song K01\nkey Return\n";
+
+TEST_F(RunTest, WithoutADiscSaysSoOnceAndGoesOn) {
+  writeWhole(folder.path() / "K01a.mid", song({TrackBytes().end(60'000)}));
+  for (const char* option : {"--headless", "--simulate=8"}) {
+    std::filesystem::create_directories(folder.path() / "player/midi");
+    std::filesystem::copy_file(folder.path() / "K01a.mid", folder.path() / "player/midi/K01a.mid",
+                               std::filesystem::copy_options::overwrite_existing);
+    const ProcessResult result = play("trouble", PlayWithoutADisc, {option}, false);
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.errors, "");
+    const auto lines = traced();
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [](const auto& line) { return line.starts_with("box QVWave"); }),
+              1);
+  }
 }
 
 TEST_F(RunTest, AnUnansweredBoxFailsTheRun) {
