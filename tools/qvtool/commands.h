@@ -17,5 +17,6 @@ void addMapCommands(CLI::App& program);
 void addSongCommands(CLI::App& program);
 void addFontCommands(CLI::App& program);
 void addReelCommand(CLI::App& program);
+void addStoryCommands(CLI::App& program);
 
 }  // namespace qv::tool

@@ -29,6 +29,7 @@ int main(int count, char** arguments) {
   qv::tool::addSongCommands(program);
   qv::tool::addFontCommands(program);
   qv::tool::addReelCommand(program);
+  qv::tool::addStoryCommands(program);
   try {
     program.parse(count, arguments);
   } catch (const CLI::Success& help) {

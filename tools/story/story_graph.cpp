@@ -45,7 +45,8 @@ class GraphMaker {
     return graph_.nodes[found->second];
   }
 
-  void add(const std::string& target, StoryWay::Kind kind, const std::string& label) {
+  void add(const std::string& target, StoryWay::Kind kind, const std::string& label,
+           int choice = 0) {
     if (target.empty()) return;
     node(target);
     const size_t index = graph_.byName[target];
@@ -53,15 +54,17 @@ class GraphMaker {
     const bool known = std::any_of(ways.begin(), ways.end(), [&](const StoryWay& way) {
       return way.target == index && way.label == label;
     });
-    if (!known) ways.push_back({index, kind, label});
+    if (!known) ways.push_back({index, kind, label, choice});
   }
 
   void read(const std::vector<Act>& acts, const std::string& condition) {
     for (const Act& act : acts) {
       const bool choice = act.kind == Act::Kind::Choose, place = act.kind == Act::Kind::Places;
+      int number = 0;
       for (const scenec::Option& option : act.options) {
         if (choice || place)
-          add(option.target, choice ? StoryWay::Kind::Choice : StoryWay::Kind::Place, option.text);
+          add(option.target, choice ? StoryWay::Kind::Choice : StoryWay::Kind::Place, option.text,
+              ++number);
         else
           add(option.target, condition.empty() ? StoryWay::Kind::Go : StoryWay::Kind::Condition,
               condition);

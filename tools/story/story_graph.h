@@ -17,6 +17,7 @@ struct StoryWay {
   size_t target = 0;
   Kind kind = Kind::Go;
   std::string label{};  ///< the choice's text, the condition; empty for a plain way
+  int choice = 0;       ///< of a choice: which, from 1
 };
 
 struct StoryNode {
