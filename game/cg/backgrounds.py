@@ -662,7 +662,7 @@ def main():
     classroom('KBA041', 'bright', False)
     library('KBA030')
     roof('KBA040')
-    street('KBA050')
+    street('KBA049')
 
 
 if __name__ == '__main__':

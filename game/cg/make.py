@@ -3,7 +3,8 @@
 
 import backgrounds
 import characters
+import controls
 import interface
 
-for module in (characters, backgrounds, interface):
+for module in (characters, backgrounds, interface, controls):
     module.main()

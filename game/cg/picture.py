@@ -14,7 +14,7 @@ import tempfile
 
 HERE = pathlib.Path(__file__).parent
 DOCS = HERE.parent.parent / 'docs'
-SCREEN = [('cg/KBA014', '0,0'), ('cg/KUS001', '190,48'), ('cg/KUM001', '304,180,1,32'),
+SCREEN = [('cg/KBA014', '0,0'), ('cg/KDS012', '190,48'), ('cg/Kds012_a', '304,180,1,32'),
           ('dat/mframeR', '0,352,tint'), ('dat/mframe', '0,352'), ('dat/Blink', '312,455,0,16')]
 NAME = 'ベルーネ'
 LINES = ['「半分、貸してあげる」', '「そのかわり、夏休みの補習、最後までつきあってよね」']

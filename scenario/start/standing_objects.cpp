@@ -54,9 +54,12 @@ void createLineArea(const AreaForm& form) {
 
 // --- The parts, in the order of the graph ---
 
-void createPictureAndFrame() {
+void createScreen() {
   create({PictureView, nullptr, 0, 0, ScreenW, ScreenH, Visible});
   createSurface("cg.surf", ScreenW, ScreenH);
+}
+
+void createFrame() {
   create({"mess.view", nullptr, 0, 352, ScreenW, 127, Hidden});
   create({"mess.Drama", nullptr, 0, 372, ScreenW, 107, Hidden});
   createSurface(FaceSurface, ScreenW, 127);
@@ -85,10 +88,13 @@ void createLineAndButtons() {
   createLineArea(MessageAreaForm);
 }
 
-void createLineMaps() {
+void createScreenMap() {
   theScenario->CreateClickMap(WholeMap, ScreenW, ScreenH, 0, HoverOn);
   theScenario->AddClickRect(WholeMap, 0, 0, ScreenW, ScreenH, AdvanceRegion);
   theScenario->ConnectObjects(WholeMap, PictureView);
+}
+
+void createLineMaps() {
   theScenario->LoadClickMap("clmmess", "dat\\mcframe.mcg", HoverOn);
   theScenario->MoveWindow("clmmess", 0, 0);
   theScenario->ConnectObjects("clmmess", "mess.view");
@@ -191,10 +197,17 @@ void createPendant() {
 
 }  // namespace
 
+void createBareScreen() {
+  createScreen();
+  createScreenMap();
+}
+
 void createStandingObjects() {
-  createPictureAndFrame();
+  createScreen();
+  createFrame();
   createBlink();
   createLineAndButtons();
+  createScreenMap();
   createLineMaps();
   createSelections();
   createLabels();

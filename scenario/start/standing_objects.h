@@ -8,6 +8,8 @@
 namespace qv {
 
 void createStandingObjects();
+/// Only the screen's view with its surface and its click map, which need no file.
+void createBareScreen();
 /// The help window and its page.
 void createHelpWindow();
 /// The five sequences by which mouths move.

@@ -66,13 +66,18 @@ SceneFunction startStory(ScenarioHost* host, const StoryStart& story) {
   ResumeScene = {};
   Reg(ResumePendingRegister) = 0;
   manager.SetExternalFont(ExternalFont);
-  createStandingObjects();
+  if (story.bare)
+    createBareScreen();
+  else
+    createStandingObjects();
   UserNameFile("LOAD");
   takeFirstNames();
   Reg(MessageHiddenRegister) = 1;
   setFirstStartDefaults();
-  createHelpWindow();
-  createMouthSequences();
+  if (!story.bare) {
+    createHelpWindow();
+    createMouthSequences();
+  }
   setSystemScreens(&unbuiltScreens());
   Reg(BgmCurrentRegister) = 0;
   Reg(BgmLastRegister) = 0;

@@ -16,6 +16,7 @@ struct StoryStart {
   const char* applicationName;  ///< Shift-JIS; the stem of the system file
   SceneFunction::Address firstScene;
   const StoryTables* tables = nullptr;  ///< what its commands read; null: none
+  bool bare = false;  ///< only the screen stands, with no frame and none of its pictures
 };
 
 /// One at a time; the caller gives it back to destroyManager. Host's thread.

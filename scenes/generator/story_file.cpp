@@ -33,6 +33,7 @@ class StoryReader {
         {"speaker", &StoryReader::speaker},  {"register", &StoryReader::nameRegister},
         {"heroine", &StoryReader::heroine},  {"hero", &StoryReader::hero},
         {"figure", &StoryReader::spriteRow}, {"picture", &StoryReader::pictureRow},
+        {"bare", &StoryReader::bare},
     };
     std::vector<std::string> known;
     for (const Entry& entry : Entries) {
@@ -50,7 +51,7 @@ class StoryReader {
         "story.txt knows no \"@" + line.command + "\"." +
         problems_.suggestion(line.command, known,
                              " Its commands are @game, @first, @hero, @speaker, @figure, @picture, "
-                             "@register and @heroine."));
+                             "@register, @heroine and @bare."));
   }
 
  private:
@@ -87,6 +88,13 @@ class StoryReader {
       story_.firstScene = name;
     else
       problem("\"" + name + "\" is no name of a scene.");
+  }
+
+  void bare(std::string_view rest) {
+    if (rest.empty())
+      story_.bare = true;
+    else
+      problem("write @bare alone.");
   }
 
   void speaker(std::string_view rest) { readSpeaker(rest, place_, story_, problems_); }

@@ -313,7 +313,7 @@ std::string tableText(const Story& story) {
     text += "    {\"" + name + "\", " + name + "},\n";
   text += "};\n\n" + tablesCode(story) + "}  // namespace\n\n";
   text += "extern \"C\" {\nextern const qv::StoryStart qvStoryStart{\"" + story.application +
-          "\", " + story.firstScene + ", &StoryData};\n";
+          "\", " + story.firstScene + ", &StoryData" + (story.bare ? ", true" : "") + "};\n";
   text +=
       "extern const qv::GameModule qvGameModule{\n"
       "    .abi = qv::ModuleAbi,\n"

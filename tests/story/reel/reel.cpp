@@ -16,7 +16,7 @@ extern "C" SceneFunction END();
 
 namespace {
 
-constexpr const char* Screen = "cg.view";
+constexpr const char* Screen = "card.view";
 constexpr const char* Old = "old.card";
 constexpr const char* New = "new.card";
 

@@ -83,6 +83,9 @@ class FakeHost : public ScenarioHost {
     if (onInputWait) onInputWait();
   }
   void InputWaitEnded() override { ++waitsEnded; }
+  void MapWaitBegan(ClickTarget& map, bool /*keys*/) override {
+    if (onMapWait) onMapWait(map);
+  }
 
   /// Puts a window into the list without a request.
   void addWindow(const char* name, int code) {
@@ -110,6 +113,7 @@ class FakeHost : public ScenarioHost {
   std::vector<SeenRequest> created;
   std::vector<std::string> destroyed;
   std::function<void()> onInputWait;
+  std::function<void(ClickTarget&)> onMapWait;
   std::atomic<int> waitsBegan = 0, waitsEnded = 0;  // the other party of a wait is another thread
 
  private:
