@@ -14,6 +14,7 @@
 #include "tools/qvtool/files.h"
 #include "tools/story/graph_svg.h"
 #include "tools/story/story_checks.h"
+#include "tools/story/story_maker.h"
 #include "tools/story/story_source.h"
 
 namespace qv::tool {
@@ -26,6 +27,8 @@ using namespace qv::story;
 constexpr int StoryFaulty = 1;
 
 struct StoryOptions {
+  int scenes = FullSize;
+  uint64_t seed = 1;
   fs::path source = "game", game, trace, target, fonts;
 };
 
@@ -113,6 +116,20 @@ void drawGraph(const StoryOptions& options) {
   writeFile(options.target, {reinterpret_cast<const uint8_t*>(svg.data()), svg.size()});
 }
 
+void make(const StoryOptions& options) {
+  const StorySource sample = readStory(options.source);
+  tell(sample);
+  if (!sample.problems.empty()) throw ToldFailure{StoryFaulty};
+  const GameFiles files =
+      options.game.empty() ? GameFiles::ofSources(sample.game) : GameFiles::ofBuilt(options.game);
+  for (const MadeFile& file : makeStory(sample, files, options.scenes, options.seed)) {
+    const fs::path path = options.target / file.name;
+    std::error_code error;
+    fs::create_directories(path.parent_path(), error);
+    writeFile(path, {reinterpret_cast<const uint8_t*>(file.bytes.data()), file.bytes.size()});
+  }
+}
+
 }  // namespace
 
 void addStoryCommands(CLI::App& program) {
@@ -139,6 +156,19 @@ void addStoryCommands(CLI::App& program) {
                     "A trace of qvrun: what it reached has another colour");
   drawn->add_option("-o,--output", options->target, "The SVG file to write")->required();
   drawn->callback([options] { drawGraph(*options); });
+
+  CLI::App* makes = group->add_subcommand(
+      "make",
+      "Make a story of the size of a real one, for tests: texts in TARGET/story, pictures that the "
+      "sample lacks in TARGET/files");
+  makes->add_option("SOURCE", options->source,
+                    "The sample whose people, pictures and sounds it has");
+  makes->add_option("--scenes", options->scenes, "How many scenes (931)")
+      ->check(CLI::Range(SmallestSize, 5000));
+  makes->add_option("--seed", options->seed, "Another seed is another story (1)");
+  makes->add_option("--game", options->game, "The sample's built game folder");
+  makes->add_option("-o,--output", options->target, "The folder to write")->required();
+  makes->callback([options] { make(*options); });
 }
 
 }  // namespace qv::tool

@@ -196,7 +196,7 @@ class FileCheck {
 
 void checkFiles(const Story& story, const GameFiles& files, Problems& problems) {
   FileCheck check(story, files, problems);
-  check.engine();
+  if (!story.bare) check.engine();
   for (const Scene& scene : story.scenes)
     check.read(scene);
 }

@@ -57,7 +57,8 @@ GameFiles GameFiles::ofBuilt(const fs::path& folder) {
 GameFiles GameFiles::ofSources(const fs::path& folder) {
   GameFiles files;
   eachRow(folder / "cg/pictures.txt", [&](const std::string& name) {
-    files.add((name.find('/') == std::string::npos ? "cg/" + name : name) + ".mcg");
+    const std::string ending = name.find('.') == std::string::npos ? ".mcg" : "";
+    files.add((name.find('/') == std::string::npos ? "cg/" : "") + name + ending);
   });
   eachFile(folder / "midi", [&](const fs::path& file) {
     if (file.extension() != ".song") return;

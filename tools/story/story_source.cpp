@@ -1,8 +1,11 @@
 #include "tools/story/story_source.h"
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <iterator>
+
+#include "scenes/generator/lines.h"
 
 namespace qv::story {
 
@@ -25,6 +28,14 @@ std::vector<scenec::TextFile> codeOf(const fs::path& folder) {
   return code;
 }
 
+std::vector<std::string> rowsOf(const std::string& storyText) {
+  static constexpr std::array Kept{"game", "hero", "speaker", "heroine", "figure", "picture"};
+  std::vector<std::string> rows;
+  for (const scenec::Line& line : scenec::splitLines(storyText))
+    if (std::find(Kept.begin(), Kept.end(), line.command) != Kept.end()) rows.push_back(line.raw);
+  return rows;
+}
+
 }  // namespace
 
 bool readStorySource(const fs::path& folder, StorySource& source) {
@@ -33,6 +44,7 @@ bool readStorySource(const fs::path& folder, StorySource& source) {
   const std::vector<scenec::TextFile> texts = scenec::loadTexts(source.folder, source.problems);
   if (texts.empty()) return false;
   source.story = scenec::readStory(texts, source.problems);
+  source.rows = rowsOf(texts.front().bytes);
   source.code = codeOf(source.folder);
   return true;
 }

@@ -16,6 +16,8 @@ struct StorySource {
   std::filesystem::path game;    ///< of the game's sources
   scenec::Story story;
   scenec::Problems problems;  ///< what scenec would say
+  /// The lines of story.txt that name people and pictures, for a story of the same ones.
+  std::vector<std::string> rows;
   /// Hand-written C++ beside the texts (*.cpp), for what it says about registers.
   std::vector<scenec::TextFile> code;
 };

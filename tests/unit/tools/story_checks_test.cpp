@@ -189,6 +189,10 @@ TEST_F(StoryCheck, TheEnginesOwnFilesAreAskedForUnlessTheStoryIsBare) {
   expect({});
   checkFiles(story, GameFiles(), problems);
   EXPECT_EQ(problems.count(), engineFiles().size());
+  Problems ofBare;
+  story.bare = true;
+  checkFiles(story, GameFiles(), ofBare);
+  EXPECT_TRUE(ofBare.empty());
 }
 
 /// Literals of the engine that name files of dat\.
