@@ -18,5 +18,6 @@ void addSongCommands(CLI::App& program);
 void addFontCommands(CLI::App& program);
 void addCursorCommands(CLI::App& program);
 void addReelCommand(CLI::App& program);
+void addStoryCommands(CLI::App& program);
 
 }  // namespace qv::tool

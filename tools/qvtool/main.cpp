@@ -30,6 +30,7 @@ int main(int count, char** arguments) {
   qv::tool::addFontCommands(program);
   qv::tool::addCursorCommands(program);
   qv::tool::addReelCommand(program);
+  qv::tool::addStoryCommands(program);
   try {
     program.parse(count, arguments);
   } catch (const CLI::Success& help) {
