@@ -5,6 +5,7 @@
 #include "message/frame_buttons.h"
 #include "message/frame_colours.h"
 #include "message/pendant.h"
+#include "message/skip_poll.h"
 #include "message/text_areas.h"
 #include "scenario/handles.h"
 #include "scenario/register_numbers.h"
@@ -215,6 +216,7 @@ void buildMessageFrame() {
   copyStrip(*surfaces.picture, *surfaces.empty, NormalTop, NormalHeight, TextKey);
   scobjPalette tinted = plain;
   tintFrame(tinted, theScenario->SysReg(WindowColour), pictureIsDark());
+  SkipPoll();
   paintEmptyFrame(surfaces, tinted, theScenario->SysReg(SkipMode) != 0);
   showFace(surfaces, plain);
 }
