@@ -50,6 +50,7 @@ void setAllColours(QVVSurface& target, const scobjPalette& colours) {
 }
 
 scobjPalette systemColours() {
+  // A picture in spite of its name, of which only the colours matter.
   scobjPalette colours;
   colours.loadFromPicture(SystemPalette);
   return colours;
