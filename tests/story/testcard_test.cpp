@@ -175,11 +175,12 @@ TEST_F(TestCard, PlaysItsVoicesSongsAndEffectsInTheirOrder) {
     for (const char* kind : {" wave ", " song "})
       if (const size_t at = line.find(kind); at != std::string::npos)
         sounds.push_back(line.substr(at + 1));
-  EXPECT_EQ(sounds, (std::vector<std::string>{
-                        "wave %:\\VOICE\\V00\\0000_004.wav", "wave %:\\VOICE\\V01\\0000_004.wav",
-                        "song midi\\K07a.mid", "song midi\\K07a.mid", "song midi\\K15a.mid",
-                        "song midi\\K04a.mid", "wave wave\\vlse014.wav", "wave wave\\vlse010.wav",
-                        "song midi\\K15a.mid"}));
+  EXPECT_EQ(sounds,
+            (std::vector<std::string>{"song midi\\K15a.mid", "wave %:\\VOICE\\V00\\0000_002.wav",
+                                      "wave %:\\VOICE\\V01\\0000_031.wav", "song midi\\K07a.mid",
+                                      "song midi\\K07a.mid", "song midi\\K15a.mid",
+                                      "song midi\\K04a.mid", "wave wave\\vlse014.wav",
+                                      "wave wave\\vlse010.wav", "song midi\\K15a.mid"}));
 }
 
 TEST_F(TestCard, TakesNoClickOnTheDiscsButtonsWhereThereIsNone) {
