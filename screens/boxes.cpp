@@ -1,7 +1,9 @@
 #include "screens/boxes.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "graphics/dib.h"
@@ -10,6 +12,7 @@
 #include "message/skip_poll.h"
 #include "message/text_areas.h"
 #include "platform/display/display.h"
+#include "platform/display/key_codes.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/handles.h"
 #include "scenario/scenario.h"
@@ -25,18 +28,23 @@ constexpr int32_t BoxWidth = 306, BoxHeight = 98;
 constexpr int32_t YesId = 2, NoId = 3, OkId = 2;
 constexpr int32_t UseKeys = 1, WithKeys = 1, WriteThrough = 1;
 constexpr int32_t NoticeTenths = 50;
+constexpr int32_t RightButtonKey = 2;
 
 struct ButtonForm {
   const char* file;
   int32_t id, x, y;
 };
+constexpr std::array QuestionButtons{ButtonForm{"dat\\yes.mcg", YesId, 78, 67},
+                                     ButtonForm{"dat\\no.mcg", NoId, 165, 67}};
+constexpr std::array NoticeButtons{ButtonForm{"dat\\ok.mcg", OkId, 121, 67}};
+
 struct BoxForm {
   int32_t xRegister, yRegister;  ///< where it stood last
-  std::vector<ButtonForm> buttons;
+  std::span<const ButtonForm> buttons;
 };
-const BoxForm Question{206, 207, {{"dat\\yes.mcg", YesId, 78, 67}, {"dat\\no.mcg", NoId, 165, 67}}};
-const BoxForm Notice{208, 209, {{"dat\\ok.mcg", OkId, 121, 67}}};
-const BoxForm Popup{210, 211, {}};
+constexpr BoxForm Question{206, 207, QuestionButtons};
+constexpr BoxForm Notice{208, 209, NoticeButtons};
+constexpr BoxForm Popup{210, 211, {}};
 
 /// Turns the box's points into the screen's.
 class BoxPlace : public ControlWindow {
@@ -54,28 +62,59 @@ class BoxPlace : public ControlWindow {
   const WindowObject* window_;
 };
 
-/// A box from its opening to its end; an abort closes it as any other way out does.
+/// The map of the whole screen under that of a box, so that a click beside the box is the box's and
+/// nobody else's.
+class ScreenBelow {
+ public:
+  ScreenBelow() = default;
+  ~ScreenBelow() { leave(); }
+  ScreenBelow(const ScreenBelow&) = delete;
+  ScreenBelow& operator=(const ScreenBelow&) = delete;
+  void join(QVClickMap& box) {
+    screen_ = static_cast<QVClickMap*>(theScenario->FindNative(WholeScreenMap, TypeClickMap));
+    if (!screen_) return;
+    above_ = screen_->parent();
+    screen_->setParent(&box);
+  }
+  void leave() {
+    if (screen_) screen_->setParent(above_);
+    screen_ = nullptr;
+  }
+
+ private:
+  QVClickMap* screen_ = nullptr;
+  QVClickMap* above_ = nullptr;  ///< whom it reported to before
+};
+
+/// A box from its opening to its end. Its destructor, by which an abort leaves it, takes everything
+/// away too, but keeps no place.
 class Box {
  public:
   Box(const BoxForm& form, const char* text);
-  ~Box();
+  ~Box() { takeDown(); }
   Box(const Box&) = delete;
   Box& operator=(const Box&) = delete;
 
-  int32_t wait(int32_t timeoutTenths);
+  /// Until one of the buttons is taken or the box is cancelled; gives the button or ClickCancel.
+  int32_t waitForButton();
+  /// The ordinary end: the place is kept in the system file. Raises what the file raises.
+  void close();
 
  private:
   void paint(View& view);
   void print(const char* text);
+  void addButtons(View& view);
   void show();
-  void keepPlace();
+  void takeDown();
+  View* view() const { return window_.client().target(); }
 
   const BoxForm& form_;
   FrameHandle window_;
+  AreaHandle area_;
   BoxPlace place_;
   std::vector<std::unique_ptr<PictureButton>> buttons_;
   AnimatedControl control_;
-  QVClickMap* below_ = nullptr;
+  ScreenBelow screen_;
 };
 
 Rectangle centred() {
@@ -86,33 +125,13 @@ Rectangle centred() {
 Box::Box(const BoxForm& form, const char* text)
     : form_(form),
       window_(BoxWindow, PictureView, centred(), nullptr, WindowHidden, DestroyWithHandle),
+      area_(BoxArea, DestroyWithHandle),
       place_(window_.client().view()) {
-  View* view = window_.client().target();
-  if (!view || !theScenario->host()) return;
-  paint(*view);
+  if (!view() || !theScenario->host()) return;
+  paint(*view());
   print(text);
-  control_.create(BoxWidth, BoxHeight, theScenario->host());
-  control_.setWindow(&place_);
-  for (const ButtonForm& button : form.buttons) {
-    buttons_.push_back(std::make_unique<PictureButton>(button.file));
-    PictureButton& made = *buttons_.back();
-    made.setRectangle(Rectangle::at(button.x, button.y, made.width(), made.height()));
-    control_.addItem(button.id, &made, button.x, button.y);
-  }
   show();
-  control_.attachControl(*view, 0, 0);
-  below_ = static_cast<QVClickMap*>(theScenario->FindNative(WholeScreenMap, TypeClickMap));
-  if (below_) below_->setParent(&control_.clickMap());
-}
-
-Box::~Box() {
-  if (below_) below_->setParent(nullptr);
-  if (View* view = window_.client().target()) {
-    keepPlace();
-    window_.hide();
-    control_.detachControl(*view);
-  }
-  if (theScenario) theScenario->DestroyObject(BoxArea);
+  addButtons(*view());
 }
 
 void Box::paint(View& view) {
@@ -125,17 +144,14 @@ void Box::paint(View& view) {
 void Box::print(const char* text) {
   constexpr int32_t TextHeight = 64, PenX = 16, PenY = 16, LineHeight = 18, FontHeight = 16,
                     Weight = 700, StyleStays = -1, FixedPitch = 1, ShiftJisCharset = 128;
-  theScenario->CreateObject(BoxArea, TypePrintArea);
   theScenario->ConnectObjects(window_.client().name().text(), BoxArea);
-  QVPrintArea* area = areaNamed(BoxArea);
-  if (!area) return;
-  area->setRect(0, 0, BoxWidth, TextHeight);
-  area->setLineHeight(LineHeight);
-  area->setFlags(QVPrintArea::FlagOneLine | QVPrintArea::FlagCentre);
-  area->setFont(FontHeight, Weight, StyleStays, FixedPitch, ShiftJisCharset,
+  area_.setRect(0, 0, BoxWidth, TextHeight);
+  area_.setLineHeight(LineHeight);
+  area_.setFlags(QVPrintArea::FlagOneLine | QVPrintArea::FlagCentre);
+  area_.setFont(FontHeight, Weight, StyleStays, FixedPitch, ShiftJisCharset,
                 sjis("ＭＳ Ｐ明朝").c_str());
-  area->setPosition(PenX, PenY);
-  area->printText(text);
+  area_.setPosition(PenX, PenY);
+  area_.printText(text);
 }
 
 void Box::show() {
@@ -145,50 +161,68 @@ void Box::show() {
   window_.show();
 }
 
-void Box::keepPlace() {
+void Box::addButtons(View& view) {
+  control_.create(BoxWidth, BoxHeight, theScenario->host());
+  control_.setWindow(&place_);
+  for (const ButtonForm& button : form_.buttons) {
+    buttons_.push_back(std::make_unique<PictureButton>(button.file));
+    PictureButton& made = *buttons_.back();
+    made.setRectangle(Rectangle::at(button.x, button.y, made.width(), made.height()));
+    control_.addItem(button.id, &made, button.x, button.y);
+  }
+  control_.attachControl(view, 0, 0);
+  screen_.join(control_.clickMap());
+}
+
+int32_t Box::waitForButton() {
+  for (;;) {
+    if (!view() || !control_.view()) return ClickCancel;
+    const int32_t code = control_.wait(UseKeys, WithKeys);
+    // The button and the key that cancel have codes of their own where no map takes them.
+    if (code == ClickCancel || code == FirstKeyResult + RightButtonKey ||
+        code == FirstKeyResult + KeyEscape)
+      return ClickCancel;
+    if (control_.item(code)) return code;
+  }
+}
+
+void Box::close() {
   Rectangle place;
-  if (!window_.window() || !window_.window()->windowRect(place)) return;
-  theScenario->SetSysReg(form_.xRegister, place.left, WriteThrough);
-  theScenario->SetSysReg(form_.yRegister, place.top, WriteThrough);
+  if (window_.window() && window_.window()->windowRect(place)) {
+    theScenario->SetSysReg(form_.xRegister, place.left, WriteThrough);
+    theScenario->SetSysReg(form_.yRegister, place.top, WriteThrough);
+  }
+  takeDown();
 }
 
-int32_t Box::wait(int32_t timeoutTenths) {
-  if (!window_.client().target() || !theScenario->host()) return ClickCancel;
-  control_.setTimeout(timeoutTenths);
-  return control_.wait(UseKeys, WithKeys);
+void Box::takeDown() {
+  window_.hide();
+  screen_.leave();
+  if (control_.view()) control_.detachControl(*control_.view());
 }
 
-bool cancels(int32_t code) {
-  return code == ClickCancel;
+int32_t answerOf(const BoxForm& form, const char* text) {
+  Box box(form, text);
+  const int32_t code = box.waitForButton();
+  box.close();
+  return code;
 }
 
 }  // namespace
 
 int32_t ConfirmDialog(const char* text) {
-  if (!theScenario) return 0;
-  Box box(Question, text);
-  for (;;) {
-    const int32_t code = box.wait(AnimatedControl::WithoutLimit);
-    if (code == YesId) return 1;
-    if (code == NoId || cancels(code)) return 0;
-  }
+  return theScenario && answerOf(Question, text) == YesId ? 1 : 0;
 }
 
 void NoticeDialog(const char* text) {
-  if (!theScenario) return;
-  Box box(Notice, text);
-  for (;;) {
-    const int32_t code = box.wait(AnimatedControl::WithoutLimit);
-    if (code == OkId || cancels(code)) return;
-  }
+  if (theScenario) answerOf(Notice, text);
 }
 
 void PopupNotice(const char* text) {
   if (!theScenario) return;
   Box box(Popup, text);
-  // A hover over the box is no click.
-  while (box.wait(NoticeTenths) >= FirstHoverResult) {
-  }
+  theScenario->WaitInput(nullptr, NoticeTenths);
+  box.close();
 }
 
 }  // namespace qv

@@ -7,7 +7,11 @@ namespace qv {
 
 namespace {
 
-constexpr int32_t NothingDone = -3;
+constexpr int32_t NothingDone = -3, NothingLoaded = -1;
+
+void tell() {
+  NoticeDialog(sjis("この機能はまだありません。").c_str());
+}
 
 class UnbuiltScreens : public SystemScreens {
  public:
@@ -23,9 +27,6 @@ class UnbuiltScreens : public SystemScreens {
   void history() override { tell(); }
   bool confirm(const char* text) override { return ConfirmDialog(text) == 1; }
   void notice(const char* text) override { NoticeDialog(text); }
-
- private:
-  static void tell() { NoticeDialog(sjis("この機能はまだありません。").c_str()); }
 };
 
 }  // namespace
@@ -33,6 +34,11 @@ class UnbuiltScreens : public SystemScreens {
 SystemScreens& unbuiltScreens() {
   static UnbuiltScreens screens;
   return screens;
+}
+
+int32_t SaveScreen(int32_t code) {
+  tell();
+  return code == SaveScreenLoads ? NothingLoaded : NothingDone;
 }
 
 }  // namespace qv

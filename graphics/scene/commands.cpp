@@ -18,8 +18,9 @@ constexpr int32_t ReducedFadeSteps = 4, GreyBlack = 0, GreyWhite = 255, DoNotKee
 constexpr int32_t EffectPaletteFade = 9;
 constexpr const char* PictureView = "cg.view";
 
-// The second girl of this pair lies in the first one's picture.
+// The second girl of this pair lies in the first one's picture, which stands in the first slot.
 constexpr const char* PairPicture = "KUS110";
+constexpr int32_t PairSlot = 1;
 constexpr MouthRow PairSecondMouth{14, 2, "Kus110_b", 196, 193, 85};
 
 void setName(int32_t number, const char* name) {
@@ -55,24 +56,30 @@ void showStill(const char* picture, std::span<const NamedFlag> names) {
   SkipPoll();
 }
 
-/// The picture fills the first slot by itself; who is in it has no figure of his own.
+/// The picture fills the first slot by itself, from the screen's left edge unless its row says
+/// otherwise; who is in it has no figure of his own.
 void placeGroup(const char* picture) {
   ClearSlot(FirstFigureSlot);
-  setName(pictureSlot(FirstFigureSlot).picture, picture);
+  const PictureSlot place = pictureSlot(FirstFigureSlot);
+  setName(place.picture, picture);
+  if (const SpriteRow* row = findSpriteRow(picture)) {
+    theScenario->Reg(place.x) = row->x;
+    theScenario->Reg(place.y) = row->y;
+  }
   if (const PictureRow* row = findPictureRow(picture)) placeMouths(*row);
 }
 
 void placeFigure(const SpriteRow& row, int32_t slot) {
-  if (row.mouth) {
-    PlaceSpriteBottom(row, slot);
-    if (std::strcmp(row.name, PairPicture) == 0)
-      PlaceMouth(PairSecondMouth.speaker, PairSecondMouth.slot, PairSecondMouth.file,
-                 PairSecondMouth.x, PairSecondMouth.y, PairSecondMouth.key);
+  if (!row.mouth) {
+    slot = PlaceSprite(row.speaker, slot, spriteFile(row).c_str(), row.x, row.y);
+    SetSlotSpeaker(row.speaker, slot);
     return;
   }
-  const char* file = row.file ? row.file : row.name;
-  slot = PlaceSprite(row.speaker, slot, file, row.x, row.y);
-  SetSlotSpeaker(row.speaker, slot);
+  const bool pair = std::strcmp(row.name, PairPicture) == 0;
+  PlaceSpriteBottom(row, pair ? PairSlot : slot);
+  if (pair)
+    PlaceMouth(PairSecondMouth.speaker, PairSecondMouth.slot, PairSecondMouth.file,
+               PairSecondMouth.x, PairSecondMouth.y, PairSecondMouth.key);
 }
 
 void clearFigures(int32_t slot) {

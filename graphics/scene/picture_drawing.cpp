@@ -50,8 +50,9 @@ void setAllColours(QVVSurface& target, const scobjPalette& colours) {
 }
 
 scobjPalette systemColours() {
+  // A picture in spite of its name, of which only the colours matter.
   scobjPalette colours;
-  colours.readFile(SystemPalette);
+  colours.loadFromPicture(SystemPalette);
   return colours;
 }
 

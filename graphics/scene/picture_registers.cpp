@@ -1,8 +1,10 @@
 #include "graphics/scene/picture_registers.h"
 
 #include <array>
+#include <string>
 
 #include "foundation/string.h"
+#include "graphics/scene/picture_tables.h"
 #include "graphics/surface.h"
 #include "platform/display/display.h"
 #include "scenario/handles.h"
@@ -111,14 +113,15 @@ int32_t PlaceSprite(int32_t speaker, int32_t slot, const char* file, int32_t x, 
 
 void PlaceSpriteBottom(const SpriteRow& row, int32_t slot) {
   if (!theScenario) return;
-  const char* file = row.file ? row.file : row.name;
+  const std::string file = spriteFile(row);
   int32_t height = 0;
   {
-    const SurfaceHandle picture(TemporarySurface, picturePath(file).text(), DestroyWithHandle);
+    const SurfaceHandle picture(TemporarySurface, picturePath(file.c_str()).text(),
+                                DestroyWithHandle);
     height = picture.height();
   }
   const int32_t top = ScreenHeight - height + row.y;
-  slot = PlaceSprite(row.speaker, slot, file, row.x, top);
+  slot = PlaceSprite(row.speaker, slot, file.c_str(), row.x, top);
   PlaceMouth(row.speaker, slot, row.mouth, row.mouthX + standingPlace(slot) + row.x,
              row.mouthY + top, row.key);
 }

@@ -120,7 +120,23 @@ constexpr PictureRow CommonPictures[] = {
     {"KEV925A", nullptr, 1, {{2, 1, "KEV925aa", 160, 128, MouthWithoutKey}}},
 };
 
+// Events of which a story may tell more, the strips of their mouths or another picture.
+constexpr PictureRow OpenPictures[] = {
+    {"KEV205",
+     nullptr,
+     4,
+     {{2, 1, nullptr, 0, 0, MouthWithoutKey},
+      {17, 2, nullptr, 0, 0, MouthWithoutKey},
+      {18, 3, nullptr, 0, 0, MouthWithoutKey},
+      {19, 4, nullptr, 0, 0, MouthWithoutKey}}},
+    {"KEV230B", "KEV230", 0, {}},
+};
+
 constexpr std::array GroupShots{"KUS091", "KUC201"};
+
+// The standing figures of these numbers are drawn as their sisters, "KDS" in place of "KUS".
+constexpr std::string_view FirstSister = "KUS011", LastSister = "KUS059";
+constexpr size_t FamilyLetters = 3, NumberEnd = 6;
 
 template <class Row>
 const Row* findRow(std::span<const Row> rows, std::string_view name) {
@@ -148,13 +164,22 @@ const NamedFlag* findName(std::span<const NamedFlag> names, std::string_view nam
 }
 
 const PictureRow* findPictureRow(std::string_view name) {
-  const PictureRow* own = findRow<PictureRow>(CommonPictures, name);
-  return own ? own : findRow(storyTables().pictures, name);
+  if (const PictureRow* own = findRow<PictureRow>(CommonPictures, name)) return own;
+  if (const PictureRow* told = findRow(storyTables().pictures, name)) return told;
+  return findRow<PictureRow>(OpenPictures, name);
 }
 
 const SpriteRow* findSpriteRow(std::string_view name) {
   const SpriteRow* own = findRow<SpriteRow>(CommonSprites, name);
   return own ? own : findRow(storyTables().sprites, name);
+}
+
+std::string spriteFile(const SpriteRow& row) {
+  if (row.file) return row.file;
+  std::string name = row.name;
+  if (name.starts_with("KUS") && name >= FirstSister && name.compare(0, NumberEnd, LastSister) <= 0)
+    name.replace(0, FamilyLetters, "KDS");
+  return name;
 }
 
 bool isGroupShot(std::string_view name) {

@@ -30,9 +30,13 @@ std::span<const NamedFlag> spriteNames();
 /// The row of that name, or null.
 const NamedFlag* findName(std::span<const NamedFlag> names, std::string_view name);
 
-/// A picture's row: the engine's own where it has one, else the story's; null for neither.
+/// A picture's row: the engine's own where it has a whole one, else the story's; null for neither.
 const PictureRow* findPictureRow(std::string_view name);
 const SpriteRow* findSpriteRow(std::string_view name);
+
+/// The picture of a figure, without folder and ending: what its row says, else its sister's or its
+/// own.
+std::string spriteFile(const SpriteRow& row);
 
 /// Group shots: the picture alone, with speakers who stand in it.
 bool isGroupShot(std::string_view name);

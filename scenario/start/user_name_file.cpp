@@ -7,6 +7,7 @@
 #include "scenario/register_numbers.h"
 #include "scenario/registers.h"
 #include "scenario/scenario.h"
+#include "screens/save_files.h"
 
 namespace qv {
 
@@ -23,7 +24,7 @@ void setName(int32_t index, const char* text) {
 void loadNames() {
   QVStrReg names;
   names.create(NameCount);
-  if (QVFile::existsName(NameFile)) {
+  if (SaveIsUsed(NameFile)) {
     QVFile file;
     file.open(QVPathName(NameFile), OpenExisting, GenericRead, ShareRead, AttributeNormal);
     names.load(file);
