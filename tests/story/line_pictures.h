@@ -122,6 +122,21 @@ inline void writePendant(const std::filesystem::path& dat) {
   framed(21 * 32, 32).write(dat / "stone2.mcg");
 }
 
+/// The small boxes, and the system's colours by entry.
+inline void writeBoxes(const std::filesystem::path& dat) {
+  framed(306, 98).box(0, 0, 306, 98, Panel).rim(0, 3, Gold).write(dat / "YesNo.mcg");
+  for (const char* name : {"yes.mcg", "no.mcg", "ok.mcg"})
+    buttonStrip(63, 23, false).write(dat / name);
+  constexpr uint32_t Colours[] = {0x000000, 0x800000, 0x008000, 0x808000, 0xFF0000,
+                                  0x800080, 0x008080, 0xC0C0C0, 0x00FF00, 0xFFFF00,
+                                  0x808080, 0x00FFFF, 0x0000FF, 0xFFFFFF};
+  Canvas system(16, 16, 10);
+  uint8_t entry = 10;
+  for (const uint32_t rgb : Colours)
+    system.colour(entry++, rgb);
+  system.write(dat / "L0pal.dat");
+}
+
 /// A picture of soft steps between two greys of a tone.
 inline Canvas scenery(uint32_t from, uint32_t to) {
   constexpr int32_t Steps = 64, First = 11;
@@ -178,6 +193,7 @@ inline void writeLinePictures(const std::filesystem::path& folder) {
   writeFrame(dat);
   writePlates(dat);
   writePendant(dat);
+  writeBoxes(dat);
   scenery(0xC8E0F8, 0xF8E8B0).write(cg / "KBA014.mcg");
   scenery(0x101828, 0x402838).write(cg / "KBA015.mcg");
   writeFigures(cg);
