@@ -83,7 +83,8 @@ inline Canvas buttonStrip(int32_t width, int32_t height, bool plates) {
 inline void writeFrame(const std::filesystem::path& dat) {
   Canvas frame = framed(StripWidth, StripHeight);
   frame.rim(6, 4, Gold).box(586, 6, 44, 68, Panel);
-  frame.box(588, 12, 40, 24, ButtonUp).box(588, 43, 40, 16, ButtonUp);
+  // The buttons as their strips have them: the frame is drawn over them with each line.
+  frame.box(588, 14, 40, 24, ButtonUp).box(588, 45, 40, 14, ButtonUp).box(569, 64, 56, 8, ButtonUp);
   frame.write(dat / "mframe.mcg");
   framed(StripWidth, StripHeight).box(4, 4, 632, 119, Gold).write(dat / "mframeR.mcg");
   framed(104, 74).box(0, 6, 44, 68, SkipInk).box(8, 20, 28, 8, PromptInk).write(dat / "MDButton.mcg");

@@ -152,10 +152,12 @@ TEST_F(LinesStory, KeysOfScreensThatAreNotThereShowANoticeAndTheLineStands) {
   std::string script;
   int lines = 0;
   for (const char* key : {"key F2\n", "key F3\n", "key F5\n", "key F7\n", "click 606 372\n",
-                          "click 606 400\n", "click 40 60\n"})
+                          "click 606 400\n", "click 40 60\n"}) {
     script += "ready\nexpect reg 699 " + std::to_string(lines) + "\n" + key +
               "ready\nexpect shown chk.WindowClient\nclick 318 269\nready\nexpect reg 699 " +
-              std::to_string(lines++) + "\nexpect shown mess.view\nkey Return\n";
+              std::to_string(lines) + "\nexpect shown mess.view\nkey Return\n";
+    ++lines;
+  }
   play("sc_skip", script + "ready\nexpect reg 699 7\nquit\n");
 }
 
@@ -233,10 +235,11 @@ TEST_F(LinesStory, SkipPassesALineInSeventyMillisecondsAndNothingSpeaks) {
        "ready\nexpect sound wave 0000_001\nkey F4\nsleep 1200\nexpect sysreg 36 1\n"
        "expect reg 700 -11\nexpect reg 701 1\nexpect reg 702 1\nexpect reg 752 70\n"
        "expect sound wave none\nexpect reg 9 254\nexpect strreg 30 \"【　ベルーネ　】\"\n"
-       "shot name.png\nquit\n");
+       "quit\n");
 }
 
 TEST_F(LinesStory, AnyStopOfSkipLetsTheNextLineStand) {
+  ASSERT_EQ(run("sc_skip", "ready\nsleep 500\nshot fresh.png\nquit\n").status, 0);
   for (const char* stop : {"key Return", "key Space", "key Esc", "right", "click 320 200", "key F1",
                            "key F2", "key F3", "key F4", "key F5", "key F6", "key F7",
                            "click 606 372", "click 46 76"}) {
@@ -249,7 +252,8 @@ TEST_F(LinesStory, AnyStopOfSkipLetsTheNextLineStand) {
     EXPECT_NE(result.errors.find("expect hidden chk.Window: there is no window of that name"),
               std::string::npos)
         << stop << ": " << result.errors;
-    EXPECT_EQ(part(shot("stopped"), 586, 358, 54, 60), part(shot("stopped"), 586, 358, 54, 60));
+    EXPECT_TRUE(part(shot("stopped"), 586, 352, 54, 74) == part(shot("fresh"), 586, 352, 54, 74))
+        << stop << ": the corner has its buttons again";
   }
 }
 
