@@ -87,7 +87,10 @@ inline void writeFrame(const std::filesystem::path& dat) {
   frame.box(588, 14, 40, 24, ButtonUp).box(588, 45, 40, 14, ButtonUp).box(569, 64, 56, 8, ButtonUp);
   frame.write(dat / "mframe.mcg");
   framed(StripWidth, StripHeight).box(4, 4, 632, 119, Gold).write(dat / "mframeR.mcg");
-  framed(104, 74).box(0, 6, 44, 68, SkipInk).box(8, 20, 28, 8, PromptInk).write(dat / "MDButton.mcg");
+  framed(104, 74)
+      .box(0, 6, 44, 68, SkipInk)
+      .box(8, 20, 28, 8, PromptInk)
+      .write(dat / "MDButton.mcg");
   Canvas prompt = framed(8 * 16, 24);
   for (int32_t cell = 0; cell < 8; ++cell)
     prompt.box(cell * 16 + 4, 2 + cell, 8, 20 - 2 * cell, PromptInk);
@@ -175,7 +178,8 @@ inline void writeFigures(const std::filesystem::path& cg) {
   };
   for (const Form& form : {Form{"KDS012.mcg", "Kds012_a.mcg", 128, 0x2040A0},
                            {"KDS022.mcg", "Kds022_a.mcg", 140, 0x208040}}) {
-    const auto skin = static_cast<uint8_t>(form.base + 1), lip = static_cast<uint8_t>(form.base + 2);
+    const auto skin = static_cast<uint8_t>(form.base + 1),
+               lip = static_cast<uint8_t>(form.base + 2);
     figure(120, 300, form.base, form.dress)
         .box(10, 90, 100, 210, form.base)
         .box(30, 10, 60, 80, skin)

@@ -16,15 +16,17 @@ class LinesChoice : public LinesStory {
 };
 
 TEST_F(LinesChoice, ThePointerTakesThePlateUnderItInBothLayouts) {
-  play("sc_two", "ready\nexpect shown select21.view\nexpect shown select22.view\n"
-                 "expect hidden mess.view\nexpect reg 140 2\nexpect reg 90 2\nexpect reg 8 1\n"
-                 "click 200 150\n" +
-                     result(0, 1) + "click 200 290\n" + result(1, 2) + "quit\n");
-  play("sc_three", "ready\nexpect shown select01.view\nexpect shown select02.view\n"
-                   "expect shown select03.view\nexpect reg 140 3\nexpect reg 90 3\n"
-                   "click 200 100\n" +
-                       result(0, 1) + "click 200 230\n" + result(1, 2) + "click 200 340\n" +
-                       result(2, 3) + "quit\n");
+  play("sc_two",
+       "ready\nexpect shown select21.view\nexpect shown select22.view\n"
+       "expect hidden mess.view\nexpect reg 140 2\nexpect reg 90 2\nexpect reg 8 1\n"
+       "click 200 150\n" +
+           result(0, 1) + "click 200 290\n" + result(1, 2) + "quit\n");
+  play("sc_three",
+       "ready\nexpect shown select01.view\nexpect shown select02.view\n"
+       "expect shown select03.view\nexpect reg 140 3\nexpect reg 90 3\n"
+       "click 200 100\n" +
+           result(0, 1) + "click 200 230\n" + result(1, 2) + "click 200 340\n" + result(2, 3) +
+           "quit\n");
 }
 
 TEST_F(LinesChoice, KeysAloneReachEveryPlate) {
@@ -45,7 +47,8 @@ TEST_F(LinesChoice, KeysAloneReachEveryPlate) {
 
 TEST_F(LinesChoice, KeysGoOnFromWhereThePointerIs) {
   play("sc_three", "ready\nmove 200 230\nready\nkey Down\nready\nkey Return\n" + result(0, 3) +
-                       "move 200 340\nready\nkey Up\nready\nkey Return\n" + result(1, 2) + "quit\n");
+                       "move 200 340\nready\nkey Up\nready\nkey Return\n" + result(1, 2) +
+                       "quit\n");
 }
 
 TEST_F(LinesChoice, APressOnAPlateThatTheGameHasNotSeenPointedAtTakesNothing) {
@@ -93,9 +96,10 @@ TEST_F(LinesChoice, HiddenPlatesStayHiddenBehindTheScreens) {
 }
 
 TEST_F(LinesChoice, SkipIsCutOffAtASelection) {
-  play("sc_two", "ready\nclick 200 150\nready\nkey F4\nready\nexpect sysreg 36 0\n"
-                 "expect reg 701 -11\nexpect reg 140 2\nexpect reg 72 0\nsleep 60000\n"
-                 "expect reg 699 2\nquit\n");
+  play("sc_two",
+       "ready\nclick 200 150\nready\nkey F4\nready\nexpect sysreg 36 0\n"
+       "expect reg 701 -11\nexpect reg 140 2\nexpect reg 72 0\nsleep 60000\n"
+       "expect reg 699 2\nquit\n");
 }
 
 TEST_F(LinesChoice, SkipAndDramaAreAskedFor) {
@@ -112,16 +116,18 @@ TEST_F(LinesChoice, SkipAndDramaAreAskedFor) {
 
 TEST_F(LinesChoice, SkipThatWasAskedForBeginsBehindTheChoice) {
   // The line behind it is passed over, and the next choice cuts it.
-  play("sc_three", "ready\nkey F4\nready\nclick 200 100\nsleep 500\nexpect reg 700 1\n"
-                   "expect reg 701 1\nexpect reg 699 2\nexpect sysreg 36 0\nexpect reg 140 3\nquit\n");
+  play("sc_three",
+       "ready\nkey F4\nready\nclick 200 100\nsleep 500\nexpect reg 700 1\n"
+       "expect reg 701 1\nexpect reg 699 2\nexpect sysreg 36 0\nexpect reg 140 3\nquit\n");
 }
 
 TEST_F(LinesChoice, AnotherCountThanTwoHasThreePlates) {
   std::string script;
   for (int round = 0; round < 5; ++round)
     script += "ready\nclick 200 100\nready\nclick 320 20\n";
-  play("sc_three", script + "ready\nexpect shown select03.view\nexpect reg 90 3\nexpect reg 140 7\n"
-                            "click 200 340\nready\nexpect reg 710 3\nquit\n");
+  play("sc_three", script +
+                       "ready\nexpect shown select03.view\nexpect reg 90 3\nexpect reg 140 7\n"
+                       "click 200 340\nready\nexpect reg 710 3\nquit\n");
 }
 
 TEST_F(LinesChoice, ThePendantLightsUpBetweenThePlates) {

@@ -79,8 +79,9 @@ class LinesStory : public ::testing::Test {
     std::vector<uint32_t> pixels;
     for (int row = y; row < y + height; ++row)
       for (int column = x; column < x + width; ++column)
-        pixels.push_back(picture.pixels[static_cast<size_t>(row) * static_cast<size_t>(picture.width) +
-                                        static_cast<size_t>(column)]);
+        pixels.push_back(
+            picture.pixels[static_cast<size_t>(row) * static_cast<size_t>(picture.width) +
+                           static_cast<size_t>(column)]);
     return pixels;
   }
 

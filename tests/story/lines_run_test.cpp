@@ -65,25 +65,28 @@ TEST_F(LinesStory, AVoiceMovesTheMouthUntilItEnds) {
 }
 
 TEST_F(LinesStory, AVoiceThatMustNotSoundMovesTheMouthInSilence) {
-  play("sc_silence",
-       // No voice at all.
-       "ready\nexpect reg 68 1\nexpect reg 69 0\nexpect reg 9 254\nexpect sound wave none\nkey Return\n"
-       // The speaker's own switch is off; then that of all.
-       "ready\nexpect strreg 33 \"ひとりだけ切る。\"\nexpect reg 9 3\nexpect reg 69 0\n"
-       "expect reg 68 1\nexpect sound wave none\nkey Return\n"
-       "ready\nexpect strreg 33 \"みんな切る。\"\nexpect reg 9 3\nexpect reg 69 0\n"
-       "expect sound wave none\nkey Return\n"
-       // Who does not stand there speaks without a mouth.
-       "ready\nexpect strreg 33 \"ここにいない。\"\nexpect reg 9 254\nexpect reg 69 1\nexpect reg 68 1\n"
-       "expect sound wave 0000_001\nkey Return\n"
-       // Of two slots the first; a class without a switch moves none and says nothing.
-       "ready\nexpect strreg 33 \"ふたり。\"\nexpect reg 9 1\nexpect sound wave none\nkey Return\n"
-       "ready\nexpect strreg 33 \"番人。\"\nexpect reg 9 254\nexpect reg 69 0\nexpect reg 68 1\n"
-       "expect sound wave none\nkey Return\n"
-       // Narration, and somebody whom no row knows.
-       "ready\nexpect strreg 33 \"地の文。\"\nexpect strreg 30 \"　\"\nexpect reg 68 0\nkey Return\n"
-       "ready\nexpect strreg 30 \"【　？？　】\"\nexpect reg 68 0\nexpect reg 69 0\n"
-       "expect sound wave none\nquit\n");
+  play(
+      "sc_silence",
+      // No voice at all.
+      "ready\nexpect reg 68 1\nexpect reg 69 0\nexpect reg 9 254\nexpect sound wave none\nkey "
+      "Return\n"
+      // The speaker's own switch is off; then that of all.
+      "ready\nexpect strreg 33 \"ひとりだけ切る。\"\nexpect reg 9 3\nexpect reg 69 0\n"
+      "expect reg 68 1\nexpect sound wave none\nkey Return\n"
+      "ready\nexpect strreg 33 \"みんな切る。\"\nexpect reg 9 3\nexpect reg 69 0\n"
+      "expect sound wave none\nkey Return\n"
+      // Who does not stand there speaks without a mouth.
+      "ready\nexpect strreg 33 \"ここにいない。\"\nexpect reg 9 254\nexpect reg 69 1\nexpect reg "
+      "68 1\n"
+      "expect sound wave 0000_001\nkey Return\n"
+      // Of two slots the first; a class without a switch moves none and says nothing.
+      "ready\nexpect strreg 33 \"ふたり。\"\nexpect reg 9 1\nexpect sound wave none\nkey Return\n"
+      "ready\nexpect strreg 33 \"番人。\"\nexpect reg 9 254\nexpect reg 69 0\nexpect reg 68 1\n"
+      "expect sound wave none\nkey Return\n"
+      // Narration, and somebody whom no row knows.
+      "ready\nexpect strreg 33 \"地の文。\"\nexpect strreg 30 \"　\"\nexpect reg 68 0\nkey Return\n"
+      "ready\nexpect strreg 30 \"【　？？　】\"\nexpect reg 68 0\nexpect reg 69 0\n"
+      "expect sound wave none\nquit\n");
 }
 
 TEST_F(LinesStory, ASilentMouthMovesForAsLongAsTheLineStands) {
@@ -170,11 +173,12 @@ TEST_F(LinesStory, TheHelpKeyShowsAndHidesTheHelpAndTheLineStands) {
 
 TEST_F(LinesStory, OtherKeysAndPressesChangeNothing) {
   std::string script = "ready\n";
-  for (const char* key : {"F8", "F9", "F12", "A", "1", "Num5", "Up", "Down", "Left", "Tab", "Home",
-                          "PageUp"})
+  for (const char* key :
+       {"F8", "F9", "F12", "A", "1", "Num5", "Up", "Down", "Left", "Tab", "Home", "PageUp"})
     script += std::string("key ") + key + "\nready\n";
-  play("sc_skip", script + "wheel UP\nready\nexpect reg 699 0\nexpect shown mess.view\n"
-                           "expect sysreg 36 0\nexpect sysreg 47 0\nquit\n");
+  play("sc_skip", script +
+                      "wheel UP\nready\nexpect reg 699 0\nexpect shown mess.view\n"
+                      "expect sysreg 36 0\nexpect sysreg 47 0\nquit\n");
 }
 
 // --- The pendant ---
@@ -240,9 +244,9 @@ TEST_F(LinesStory, SkipPassesALineInSeventyMillisecondsAndNothingSpeaks) {
 
 TEST_F(LinesStory, AnyStopOfSkipLetsTheNextLineStand) {
   ASSERT_EQ(run("sc_skip", "ready\nsleep 500\nshot fresh.png\nquit\n").status, 0);
-  for (const char* stop : {"key Return", "key Space", "key Esc", "right", "click 320 200", "key F1",
-                           "key F2", "key F3", "key F4", "key F5", "key F6", "key F7",
-                           "click 606 372", "click 46 76"}) {
+  for (const char* stop :
+       {"key Return", "key Space", "key Esc", "right", "click 320 200", "key F1", "key F2",
+        "key F3", "key F4", "key F5", "key F6", "key F7", "click 606 372", "click 46 76"}) {
     const ProcessResult result =
         run("sc_skip", std::string("ready\nkey F4\nsleep 700\nexpect sysreg 36 1\n") + stop +
                            "\nready\nsleep 2000\nexpect sysreg 36 0\nexpect reg 72 0\n"
@@ -258,20 +262,23 @@ TEST_F(LinesStory, AnyStopOfSkipLetsTheNextLineStand) {
 }
 
 TEST_F(LinesStory, OtherKeysDoNotStopSkip) {
-  play("sc_skip", "ready\nkey F4\nsleep 300\nkey A\nkey F8\nkey Up\nready\nexpect sysreg 36 1\nquit\n");
+  play("sc_skip",
+       "ready\nkey F4\nsleep 300\nkey A\nkey F8\nkey Up\nready\nexpect sysreg 36 1\nquit\n");
 }
 
 TEST_F(LinesStory, TwoInputsBetweenTwoPollsOfSkipCountOnce) {
-  play("sc_fade",
-       "sleep 420\nnow key Return\nnow key Space\nsleep 3000\nexpect sysreg 36 0\nexpect reg 699 1\n"
-       "expect reg 700 0\nexpect strreg 33 \"二行目。\"\nquit\n");
+  play(
+      "sc_fade",
+      "sleep 420\nnow key Return\nnow key Space\nsleep 3000\nexpect sysreg 36 0\nexpect reg 699 1\n"
+      "expect reg 700 0\nexpect strreg 33 \"二行目。\"\nquit\n");
 }
 
 TEST_F(LinesStory, SkipWithAHiddenWindowIsRefused) {
   play("sc_screens",
        "ready\nright\nready\nkey F4\nready\nexpect sysreg 36 0\nexpect reg 690 1\n"
        "expect strreg 40 \"メッセージウインドウを表示させた\\n状態にして下さい\"\n"
-       "expect hidden mess.view\nkey Return\nready\nexpect reg 699 0\nexpect shown mess.view\nquit\n");
+       "expect hidden mess.view\nkey Return\nready\nexpect reg 699 0\nexpect shown "
+       "mess.view\nquit\n");
 }
 
 // --- What the screens answer ---

@@ -1,6 +1,6 @@
-// Lines, waits, choices and the message window in scenes of a few steps each. What came of the waits
-// is kept in registers for the scripts: from 700 on the result of each, from 750 on how long it
-// took in milliseconds, 699 how many there were.
+// Lines, waits, choices and the message window in scenes of a few steps each. What came of the
+// waits is kept in registers for the scripts: from 700 on the result of each, from 750 on how long
+// it took in milliseconds, 699 how many there were.
 
 #include "foundation/diagnostic.h"
 #include "message/message_window.h"
@@ -85,7 +85,10 @@ class ScriptedScreens : public SystemScreens {
     SysReg(SkipMode) = skips ? 1 : 0;
     return configured;
   }
-  void history() override { ++Reg(Histories); }
+  void history() override {
+    ++Reg(Histories);
+    if (shows) ShowMessageWindow();
+  }
   bool confirm(const char* text) override {
     notice(text);
     return agrees;
@@ -94,7 +97,7 @@ class ScriptedScreens : public SystemScreens {
     ++Reg(Asked);
     theScenario->StrReg(LastNotice).create(QVString::DefaultGrain, text);
   }
-  bool loads = false, skips = false, agrees = true;
+  bool loads = false, skips = false, shows = false, agrees = true;
   int32_t configured = -3;
 };
 ScriptedScreens screens;
@@ -330,6 +333,45 @@ QV_SCENE(sc_again) {
     SysReg(WindowColour) = (colour + 1) % 8;
     RebuildMessageWindow();
   }
+  wait(WaitWithoutLimit, 2);
+  return END;
+}
+
+/// A line of more than a page.
+QV_SCENE(sc_pages) {
+  standWithBelune("sc_pages");
+  say(Belune, nullptr,
+      "一行目がとても長くて、二行目まで続いていくことば。それでもまだ終わらない。");
+  PrintMessage(sjis("三行目がとても長くて、四行目まで続いていくことば。それでもまだ終わらないので、"
+                    "五行目まで行ってしまい、ページが変わる。")
+                   .c_str());
+  wait(1, 1);
+  wait(WaitWithoutLimit, 2);
+  RebuildMessageWindow();
+  wait(WaitWithoutLimit, 2);
+  return END;
+}
+
+/// Another colour while the presentation is drama.
+QV_SCENE(sc_rebuilt) {
+  standWithBelune("sc_rebuilt");
+  say(Belune, nullptr, "「枠の色。あいうえお」");
+  wait();
+  say(Belune, nullptr, "「枠の色。あいうえお」");
+  wait(1, 1);
+  SysReg(WindowColour) = 2;
+  RebuildMessageWindow();
+  wait(9998, 2);
+  return END;
+}
+
+/// A screen that shows the window which the player has hidden.
+QV_SCENE(sc_shown) {
+  stand("sc_shown");
+  useScreens();
+  screens.shows = true;
+  tellAndWait("隠す。");
+  tellAndWait("終わり。");
   return END;
 }
 
@@ -340,21 +382,14 @@ QV_SCENE(sc_presentations) {
     SysReg(number) = 0;
   SysReg(EffectsEnabled) = SysReg(SoundEffectsEnabled) = SysReg(VoiceEnabled) = 0;
   say(Belune, nullptr, "「話す」");
-  wait();
+  wait(9998, 0);
   tell("地の文。");
   wait(9998, 0);
   say(Belune, nullptr, "「また話す」");
   wait(9998, 0);
-  RebuildMessageWindow();
-  tell("直した。");
-  wait(9998, 0);
   HideMessageWindow();
   tell("出てくる。");
   wait(9998, 0);
-  // While the player has it hidden.
-  ShowMessageWindow();
-  MessageWindowHiddenFlag = 0;
-  tellAndWait("終わり。");
   return END;
 }
 
