@@ -410,6 +410,36 @@ QV_SCENE(sc_hearts) {
   return END;
 }
 
+/// Everything in turn, for ever: whoever plays here stops by closing the window.
+QV_SCENE(sc_endless) {
+  for (int round = 0;; ++round) {
+    // There is no end of registers for results.
+    Reg(ResultCount) = 0;
+    standWithBelune("sc_endless");
+    say(Belune, LongVoice, "声のある行。");
+    wait();
+    tell("半秒。");
+    wait(5, 0);
+    offer(2);
+    choose(2);
+    SysReg(51) = round % 2;
+    say(Belune, ShortVoice, "口だけ動くかもしれない。");
+    wait(30, 3);
+    FadeToBlack(16);
+    stand("sc_endless", "KBA015");
+    tell("見せるだけ。");
+    wait(1, 1);
+    EffectCommand(9, 16, EffectConstant);
+    offer(3);
+    choose(3);
+    HideMessageWindow();
+    say("【　＊＊＊　】", nullptr, "もう一度。");
+    wait();
+    RebuildMessageWindow();
+    wait(10, 2);
+  }
+}
+
 /// A scene's mistake: the map that its waits sleep on is gone.
 QV_SCENE(sc_lost) {
   stand("sc_lost");
