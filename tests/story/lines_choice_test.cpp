@@ -130,6 +130,13 @@ TEST_F(LinesChoice, AnotherCountThanTwoHasThreePlates) {
                        "click 200 340\nready\nexpect reg 710 3\nquit\n");
 }
 
+TEST_F(LinesChoice, ALoadInASelectionsWaitLeavesByTheLoadAlsoWithTheEndsResult) {
+  for (const char* key : {"F3", "F5"})
+    play("sc_load", std::string("ready\nexpect scene sc_load\nkey ") + key +
+                        "\nready\nexpect scene sc_names\nexpect reg 700 " +
+                        (key == std::string("F3") ? "-13" : "255") + "\nquit\n");
+}
+
 TEST_F(LinesChoice, ThePendantLightsUpBetweenThePlates) {
   play("sc_two",
        "ready\nexpect pixel 46 76 305030\nmove 46 76\nready\nexpect reg 70 1\n"

@@ -52,7 +52,9 @@ TEST_F(LinesStory, AClickCutsAVoiceUnlessTheModeLeavesIt) {
 }
 
 TEST_F(LinesStory, AVoiceMovesTheMouthUntilItEnds) {
-  const ProcessResult result =
+  ProcessResult result = run("sc_silence", "ready\nsleep 100\nshot shut.png\nquit\n");
+  ASSERT_EQ(result.status, 0) << result.errors;
+  result =
       run("sc_voice",
           "ready\nkey Return\nready\nkey Return\nready\nkey Return\nready\nexpect reg 21 0\n"
           "expect reg 41 1\nsleep 150\nshot a.png\nsleep 130\nshot b.png\nsleep 130\nshot c.png\n"
@@ -61,7 +63,8 @@ TEST_F(LinesStory, AVoiceMovesTheMouthUntilItEnds) {
   // Where the figure's mouth lies: its place, its foot on the screen's edge.
   const auto mouth = [&](const char* name) { return part(shot(name), 304, 240, 32, 16); };
   EXPECT_TRUE(mouth("a") != mouth("b") || mouth("b") != mouth("c")) << "it moves";
-  EXPECT_EQ(mouth("d"), mouth("e")) << "and is still behind the voice";
+  EXPECT_EQ(mouth("d"), mouth("shut")) << "and is shut behind the voice";
+  EXPECT_EQ(mouth("e"), mouth("shut"));
 }
 
 TEST_F(LinesStory, AVoiceThatMustNotSoundMovesTheMouthInSilence) {
@@ -271,6 +274,19 @@ TEST_F(LinesStory, TwoInputsBetweenTwoPollsOfSkipCountOnce) {
       "sc_fade",
       "sleep 420\nnow key Return\nnow key Space\nsleep 3000\nexpect sysreg 36 0\nexpect reg 699 1\n"
       "expect reg 700 0\nexpect strreg 33 \"二行目。\"\nquit\n");
+}
+
+TEST_F(LinesStory, WhatStopsSkipWhileAPictureIsBroughtStopsItAtTheNextLine) {
+  for (const char* input : {"key Return", "key F3", "right"})
+    play("sc_poll", std::string("sleep 100\n") + input +
+                        "\nsleep 2000\nexpect sysreg 36 0\nexpect reg 699 1\nexpect reg 700 0\n"
+                        "expect reg 750 0\nexpect reg 72 0\nexpect strreg 33 \"二行目。\"\nquit\n");
+  // Without input both lines pass, and a click on the open screen means nothing there.
+  for (const char* input : {"", "click 46 400\n"}) {
+    const ProcessResult result =
+        run("sc_poll", std::string("sleep 100\n") + input + "sleep 2000\nready\n");
+    EXPECT_NE(result.errors.find("the game has ended"), std::string::npos) << result.errors;
+  }
 }
 
 TEST_F(LinesStory, SkipWithAHiddenWindowIsRefused) {

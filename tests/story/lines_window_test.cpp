@@ -96,6 +96,11 @@ TEST_F(LinesWindow, SelectionsLookAsTheyShouldWithAPlateLit) {
             "ready\nmove 200 340\nready\nsleep 200\nshot three_third.png\nquit\n");
 }
 
+TEST_F(LinesWindow, PlatesOverBlackAreRaisedInsteadOfTinted) {
+  looksLike("black_first", "sc_black",
+            "ready\nmove 200 100\nready\nsleep 200\nshot black_first.png\nquit\n");
+}
+
 // --- Rebuilding ---
 
 TEST_F(LinesWindow, ARebuildPrintsTheLineAgainAtTheSamePlace) {

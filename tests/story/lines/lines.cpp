@@ -9,6 +9,7 @@
 #include "message/system_screens.h"
 #include "platform/kernel/kernel.h"
 #include "platform/text/shift_jis.h"
+#include "scenario/resume.h"
 #include "scenario/scenario.h"
 #include "scenes/scene_form.h"
 
@@ -16,6 +17,7 @@ using namespace qv;
 
 extern "C" {
 SceneFunction END();
+SceneFunction sc_names();
 }
 
 namespace {
@@ -77,11 +79,12 @@ class ScriptedScreens : public SystemScreens {
   bool quickLoad() override {
     ++Reg(Loads);
     if (!loads) return false;
-    Reg(ResumePendingRegister) = 1;
+    load();
     return true;
   }
   int32_t configuration() override {
     ++Reg(Configurations);
+    if (loads && configured == 255) load();
     SysReg(SkipMode) = skips ? 1 : 0;
     return configured;
   }
@@ -96,6 +99,10 @@ class ScriptedScreens : public SystemScreens {
   void notice(const char* text) override {
     ++Reg(Asked);
     theScenario->StrReg(LastNotice).create(QVString::DefaultGrain, text);
+  }
+  static void load() {
+    Reg(ResumePendingRegister) = 1;
+    ResumeScene = sc_names;
   }
   bool loads = false, skips = false, shows = false, agrees = true;
   int32_t configured = -3;
@@ -438,6 +445,34 @@ QV_SCENE(sc_endless) {
     RebuildMessageWindow();
     wait(10, 2);
   }
+}
+
+/// Loads that a selection's wait meets, told as what they are or as the end of the game.
+QV_SCENE(sc_load) {
+  stand("sc_load");
+  useScreens();
+  screens.loads = true;
+  screens.configured = 255;
+  offer(2);
+  return afterSelection(choose(2), END, END);
+}
+
+/// Skip is on while a picture is brought, and the player stops it meanwhile.
+QV_SCENE(sc_poll) {
+  SetSceneName("sc_poll");
+  SysReg(SkipMode) = 1;
+  standWithBelune("sc_poll");
+  tellAndWait("一行目。");
+  tellAndWait("二行目。");
+  return END;
+}
+
+/// Plates over black, where the picture's own colours would give nothing.
+QV_SCENE(sc_black) {
+  stand("sc_black", "BLACK");
+  offer(3);
+  choose(3);
+  return END;
 }
 
 /// A scene's mistake: the map that its waits sleep on is gone.
