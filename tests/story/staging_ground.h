@@ -37,17 +37,22 @@ class Staging : public ::testing::Test {
     if (!keepPlayer) std::filesystem::remove_all(player());
     writeWhole(game() / "dat/stage.txt", lines);
     writeWhole(folder.path() / "stage.play", script);
-    return runProcess({hostOf("staging"), "--simulate", std::to_string(seed), "--fonts",
-                       (folder.path() / "fonts").string(), "--play",
-                       (folder.path() / "stage.play").string(), "--user", player().string(),
-                       "--trace", (folder.path() / "trace").string(), "--shots",
-                       folder.path().string(), game().string()});
+    ProcessResult result = runProcess(
+        {hostOf("staging"), "--simulate", std::to_string(seed), "--fonts",
+         (folder.path() / "fonts").string(), "--play", (folder.path() / "stage.play").string(),
+         "--user", player().string(), "--trace", (folder.path() / "trace").string(), "--shots",
+         folder.path().string(), game().string()});
+    // There are no fonts but the built-in one, and it says so.
+    if (result.errors.find("Fonts are missing") != std::string::npos)
+      result.errors.erase(0, result.errors.find('\n') + 1);
+    return result;
   }
   /// The same, and all went as the script says.
   void expectRun(const std::string& lines, const std::string& script, int seed = 1,
                  bool keepPlayer = false) {
     const ProcessResult result = run(lines, script, seed, keepPlayer);
     EXPECT_EQ(result.status, 0) << "seed " << seed << ": " << result.errors << "stage:\n" << lines;
+    EXPECT_EQ(result.errors, "");
   }
 
   /// The lines of the trace without their ticks that begin with those words.
@@ -71,7 +76,8 @@ class Staging : public ::testing::Test {
   }
   /// How long the lines take that stand between two writes of the system file.
   int64_t millisOf(const std::string& before, const std::string& lines,
-                   const std::string& script = "ready\nquit\n") {
+                   const std::string& script = "sleep 5000\nready\nquit\n") {
+    // The polls of the skip are waits too: the script lets the lines pass before it looks.
     expectRun(before + "sysreg 900 1\n" + lines + "sysreg 900 2\nkey\n", script);
     const std::vector<int64_t> times = timesOfFiles();
     if (times.size() < 2) {

@@ -107,10 +107,14 @@ TEST_F(StagedPictures, AMouthMovesUntilTheNextEffectTakesItAway) {
 
 // --- Effects ---
 
-TEST_F(StagedPictures, FadeFromBlackBringsThePictureByItsColours) {
+TEST_F(StagedPictures, EffectNineBringsThePictureOutOfTheColoursThatStand) {
+  const std::string before = "bg KBA001\neffect 1 16 12345\n";
+  // Behind a fade the colours are all black.
   EXPECT_TRUE(matchesGolden(
-      shotsOf("bg KBA001\neffect 1 16 12345\nbg KBA002\n", "effect 9 16 12345", {10, 300}, Sample),
+      shotsOf(before + "black 16\nbg KBA002\n", "effect 9 16 12345", {10, 200, 400}, Sample),
       golden("effect-9")));
+  EXPECT_EQ(millisOf(before + "black 16\nbg KBA002\n", "effect 9 16 12345\n"), 18 * 40);
+  EXPECT_EQ(millisOf(before, "effect 9 32 12345\n"), 34 * 40);
 }
 
 TEST_F(StagedPictures, FlashesStandForATenthOfASecond) {
@@ -188,7 +192,7 @@ TEST_F(StagedPictures, EveryStageOfAnEffectTakesInputWhileMessagesAreSkipped) {
             4 * PollMillis);
   // What is to stop the skip is kept for the next wait, and nobody asks again.
   EXPECT_LT(millisOf(before, "effect 1 16 12345\n",
-                     "sleep 150\nnow key Esc\nready\n"
+                     "sleep 150\nnow key Esc\nsleep 2000\nready\n"
                      "expect reg 72 2075\nquit\n"),
             9 * PollMillis);
   EXPECT_EQ(millisOf(before + "reg 72 2075\n", "effect 1 16 12345\n"), 0);

@@ -1,36 +1,53 @@
 #include "tests/support/flat_pictures.h"
 
+#include <array>
 #include <functional>
 
 #include "graphics/palette.h"
+#include "tests/support/picture_bytes.h"
 #include "tests/support/process.h"
-#include "tools/picture_codec/picture_files.h"
 
 namespace qv::testing {
 
 namespace {
 
 namespace fs = std::filesystem;
-using codec::IndexedPicture;
+
+/// A colour table with the marks of those that the picture does not use.
+struct Colours {
+  Colours() {
+    for (int index = 0; index < 256; ++index)
+      entries[static_cast<size_t>(index)] = flatColour(index);
+    free.fill(true);
+  }
+  std::string bytes() const {
+    std::string table;
+    for (size_t index = 0; index < entries.size(); ++index)
+      table += little(entries[index] | (free[index] ? 1U << 24 : 0U), 4);
+    return table;
+  }
+  std::array<uint32_t, 256> entries{};
+  std::array<bool, 256> free{};
+};
 
 /// Draws by place; only the colours that come to be used are marked as the picture's own.
 void writePicture(const fs::path& file, int width, int height,
-                  const std::function<int(int x, int y)>& indexAt) {
-  IndexedPicture picture;
-  picture.width = width;
-  picture.height = height;
-  picture.marks.fill(IndexedPicture::Free);
-  for (int index = 0; index < 256; ++index)
-    picture.colours[static_cast<size_t>(index)] = flatColour(index);
+                  const std::function<int(int x, int y)>& indexAt, Colours colours = {}) {
+  const auto stride = static_cast<size_t>(width + 3) / 4 * 4;
+  std::string pixels;
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
       const int index = indexAt(x, y);
-      picture.pixels.push_back(static_cast<uint8_t>(index));
-      picture.marks[static_cast<size_t>(index)] = IndexedPicture::Used;
+      pixels += static_cast<char>(index);
+      colours.free[static_cast<size_t>(index)] = false;
     }
+    pixels.resize(stride * static_cast<size_t>(y + 1));
   }
-  const std::vector<uint8_t> bytes = codec::encodeMcg(picture);
-  writeWhole(file, std::string(bytes.begin(), bytes.end()));
+  writeWhole(file, mcgFile({.width = static_cast<uint32_t>(width),
+                            .height = static_cast<uint32_t>(height),
+                            .pixelBytes = static_cast<uint32_t>(pixels.size()),
+                            .entries = 256},
+                           colours.bytes() + literals(pixels)));
 }
 
 bool inCorner(int x, int y) {
@@ -125,19 +142,14 @@ void writeBoxes(const fs::path& dat) {
 
 /// The system's colours: what stands at 10, 14, 22 and 23 becomes black, red, blue and white.
 void writeSystemColours(const fs::path& file) {
-  IndexedPicture picture;
-  picture.width = picture.height = 16;
-  for (int index = 0; index < 256; ++index) {
-    picture.pixels.push_back(static_cast<uint8_t>(index));
-    picture.colours[static_cast<size_t>(index)] = flatColour(index);
-  }
-  picture.colours[0] = 0x203040;
-  picture.colours[10] = 0x000000;
-  picture.colours[14] = 0xE01020;
-  picture.colours[22] = 0x1020E0;
-  picture.colours[23] = 0xFFFFFF;
-  const std::vector<uint8_t> bytes = codec::encodeMcg(picture);
-  writeWhole(file, std::string(bytes.begin(), bytes.end()));
+  Colours colours;
+  colours.entries[0] = 0x203040;
+  colours.entries[10] = 0x000000;
+  colours.entries[14] = 0xE01020;
+  colours.entries[22] = 0x1020E0;
+  colours.entries[23] = 0xFFFFFF;
+  writePicture(
+      file, 16, 16, [](int x, int y) { return y * 16 + x; }, colours);
 }
 
 void writeFigures(const fs::path& cg) {
