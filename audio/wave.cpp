@@ -2,6 +2,8 @@
 
 #include <mutex>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "foundation/diagnostic.h"
 #include "foundation/path_name.h"
@@ -30,6 +32,7 @@ constexpr const char* DeviceTaken =
     "他のアプリケーションが使用中である可能性があります。\n"
     "ゲーム中は、他のアプリケーションでWAVE再生を行わない方が良いでしょう。\n"
     "音声の再生をスキップして処理を継続します。";
+constexpr std::string_view DiscPrefix = "%:";
 constexpr const char* NoEnd = "スレッドの終了を待てませんでした。";
 
 /// A file of the game as input. A missing one has no bytes: no box of the file floor is wanted
@@ -61,6 +64,14 @@ class GameFileInput : public WaveInput {
   FileSystem::Handle handle_ = FileSystem::NoHandle;
   uint64_t size_ = 0;
 };
+
+/// Whether a file of the data disc is named where there is no disc: the name has no drive then.
+bool isOfMissingDisc(std::string_view name) {
+  if (!name.starts_with(DiscPrefix)) return false;
+  const QVPathName resolved(std::string(name).c_str());
+  const std::string_view path = resolved.text();
+  return path.size() < 2 || path[1] != ':';
+}
 
 }  // namespace
 
@@ -192,7 +203,9 @@ void QVWave::startPlayback() {
     path = path_;
   }
   if (!loadWave(path.text())) {
-    setFailure(sjis(CannotRead) + path.text());
+    // Without a disc every line would bring its box: the first one speaks for all.
+    if (!isOfMissingDisc(path.view()) || !std::exchange(missingDiscTold_, true))
+      setFailure(sjis(CannotRead) + path.text());
     return;
   }
   if (!openDevice()) return;

@@ -91,6 +91,7 @@ class QVWave {
   WaveFile file_;
   bool loaded_ = false;
   bool open_ = false;  ///< the device
+  bool missingDiscTold_ = false;
 
   QVThread thread_;  ///< the last to be made, the first to go
 };

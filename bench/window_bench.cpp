@@ -3,129 +3,34 @@
 // takes of a processor while it waits for its player.
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-#include <poll.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "bench/ground.h"
 #include "bench/ratio.h"
+#include "bench/x_server.h"
 #include "tools/picture_codec/picture_files.h"
 #include "tools/qvtool/files.h"
 
 namespace {
 
-constexpr int RootWidth = 1280, RootHeight = 960;
+using qv::bench::Program, qv::bench::XServer;
+
 constexpr uint8_t Entry = 40;
 constexpr uint32_t Colour = 0xE0C040;
-
-[[noreturn]] void giveUp(const char* why) {
-  std::fprintf(stderr, "window_bench: %s\n", why);
-  std::exit(1);
-}
-
-/// A program that is ended with the object.
-class Program {
- public:
-  explicit Program(const std::vector<std::string>& command) {
-    std::vector<char*> arguments;
-    for (const std::string& word : command)
-      arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    if (posix_spawnp(&process_, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0)
-      giveUp((command[0] + " cannot be started").c_str());
-  }
-  ~Program() {
-    kill(process_, SIGTERM);
-    waitpid(process_, nullptr, 0);
-  }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
-
-  /// Seconds of a processor that it has used.
-  double processorSeconds() const {
-    std::ifstream stat("/proc/" + std::to_string(process_) + "/stat");
-    std::string text((std::istreambuf_iterator<char>(stat)), {});
-    unsigned long user = 0, system = 0;
-    const size_t name = text.rfind(')');
-    if (name == std::string::npos ||
-        std::sscanf(text.c_str() + name + 2, "%*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %lu %lu",
-                    &user, &system) != 2)
-      giveUp("the program has ended");
-    return static_cast<double>(user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
-  }
-
- private:
-  pid_t process_ = 0;
-};
-
-/// An X server on the first number that is free, as the display of the programs that follow.
-class XServer {
- public:
-  XServer() {
-    int ends[2];
-    if (pipe(ends) != 0) giveUp("no pipe");
-    const std::string size = std::to_string(RootWidth) + "x" + std::to_string(RootHeight) + "x24";
-    server_ = std::make_unique<Program>(
-        std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(ends[1]), "-noreset",
-                                 "-nolisten", "tcp", "-screen", "0", size});
-    close(ends[1]);
-    pollfd ready = {ends[0], POLLIN, 0};
-    char digits[16] = {};
-    if (poll(&ready, 1, 20'000) != 1 || read(ends[0], digits, 15) <= 0)
-      giveUp("Xvfb did not start");
-    close(ends[0]);
-    const std::string name = ":" + std::to_string(std::atoi(digits));
-    setenv("DISPLAY", name.c_str(), 1);
-    unsetenv("WAYLAND_DISPLAY");
-    unsetenv("SDL_VIDEODRIVER");
-    display_ = XOpenDisplay(nullptr);
-    if (!display_) giveUp("the X server does not answer");
-  }
-  ~XServer() { XCloseDisplay(display_); }
-  XServer(const XServer&) = delete;
-  XServer& operator=(const XServer&) = delete;
-
-  /// Looks at the middle of the screen until it has the picture's colour, or has it no more.
-  void await(bool picture) const {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while ((middle() == Colour) != picture)
-      if (std::chrono::steady_clock::now() > end) giveUp("the picture did not come to the screen");
-  }
-
- private:
-  uint32_t middle() const {
-    XImage* const image = XGetImage(display_, DefaultRootWindow(display_), RootWidth / 2,
-                                    RootHeight / 2 + 100, 1, 1, AllPlanes, ZPixmap);
-    if (!image) giveUp("the screen cannot be seen");
-    const auto colour = static_cast<uint32_t>(XGetPixel(image, 0, 0)) & 0xFFFFFF;
-    XDestroyImage(image);
-    return colour;
-  }
-  std::unique_ptr<Program> server_;
-  Display* display_ = nullptr;
-};
 
 /// From exec to the picture on the screen.
 double secondsToPicture(const XServer& screen, const std::vector<std::string>& command) {
   std::unique_ptr<Program> program;
   const double seconds = qv::bench::secondsOf([&] {
     program = std::make_unique<Program>(command);
-    screen.await(true);
+    screen.await(Colour, true);
   });
   program.reset();
-  screen.await(false);
+  screen.await(Colour, false);
   return seconds;
 }
 
@@ -166,7 +71,7 @@ int main() {
   constexpr int IdleSeconds = 20;
   ours.insert(ours.end(), {"--scene", "sc_windows"});
   const Program idle(ours);
-  screen.await(true);
+  screen.await(Colour, true);
   sleep(2);
   const double before = idle.processorSeconds();
   sleep(IdleSeconds);

@@ -45,7 +45,7 @@ constexpr std::array Endings{int32_t{Advanced}, int32_t{KeyReturn}, int32_t{KeyS
 constexpr int32_t QuickSaveRegion = 4, PendantRegion = 5, SkipRegion = 6, QuickLoadRegion = 7,
                   AdvanceRegion = 10;
 
-constexpr int32_t WaitKindClick = 4, WithKeys = 1, WithNudge = 1, WithoutNudge = 0;
+constexpr int32_t WaitKindClick = 4, WithNudge = 1, WithoutNudge = 0;
 constexpr uint32_t PollMillis = 50, MapTickMillis = 20, StepMillis = 100, ByteMillis = 50;
 constexpr int32_t VoiceRestTenths = 10;  ///< what follows a voice in drama mode
 constexpr int32_t FlashTenths = 3, WithoutWait = 0;
@@ -143,12 +143,12 @@ void LineWait::stand() {
   mark_ = tickCount();
   theScenario->RequestHover(SelectionMap, WithoutNudge);
   theScenario->SetClickTick(WholeScreenMap, MapTickMillis);
-  while (!isEnding(result_))
+  while (!isEnding(result_) && theScenario->host())
     pass();
 }
 
 void LineWait::pass() {
-  result_ = theScenario->ClickTickWait(WholeScreenMap, PollMillis, WithKeys);
+  result_ = pollWholeScreen(PollMillis);
   followPendant(result_, SelectionMap);
   if (result_ >= FirstKeyResult && result_ <= FirstHoverResult) result_ -= FirstKeyResult;
   if (reg(SavedStateRegister) != 0 && DataLoadedFlag != 0) {
@@ -306,10 +306,13 @@ void LineWait::configure() {
   repaintUnderBlink();
   connectBlink();
   startBlink();
-  if (system(SkipMode) != 0)
+  if (system(SkipMode) != 0) {
     result_ = KeyReturn;
-  else
+    // The line is over; the next one is not printed over it.
+    LineAreas().clear();
+  } else {
     RestoreFrameCorner();
+  }
   reg(HoverRegister) = 0;
   refreshWholeScreen(WithNudge);
 }
@@ -359,7 +362,7 @@ void LineWait::skip() {
   if (code != 0)
     reg(PendingCodeRegister) = 0;
   else
-    code = theScenario->ClickTickWait(WholeScreenMap, SkipPollMillis, WithKeys);
+    code = pollWholeScreen(SkipPollMillis);
   if (stopsSkipping(code)) {
     flash(&FrameButtons::skip);
     RestoreFrameCorner();

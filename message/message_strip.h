@@ -19,7 +19,7 @@ void disconnectBlink();
 
 /// The pendant's picture, lit or not, and the register that says which.
 void lightPendant(bool lit);
-/// True when the code was the pointer coming onto the pendant or leaving it.
+/// Lights it while the pointer is on it; a code that is no hover changes nothing.
 void followPendant(int32_t code, const char* mapToRefresh);
 
 }  // namespace qv

@@ -112,11 +112,12 @@ void prepareStrip(const char* viewName, const QVVSurface& picture, int32_t top, 
 void reprint() {
   const LineAreas areas;
   areas.clear();
+  // Clearing leaves the pens where the next text begins; a line begins where SpeakLine puts them.
+  areas.home();
   printStandingLine();
 }
 
 void leaveDrama(const FrameSurfaces& surfaces) {
-  theScenario->SysReg(DramaMode) = 0;
   copyStrip(*surfaces.empty, *surfaces.face, 0, NormalHeight, KeyNone);
   drawCorner(*surfaces.art, CornerX, *surfaces.face);
   if (FrameButtons* buttons = frameButtons()) buttons->enableQuick();
@@ -124,15 +125,33 @@ void leaveDrama(const FrameSurfaces& surfaces) {
 }
 
 void enterDrama(const FrameSurfaces& surfaces) {
-  theScenario->SysReg(DramaMode) = 1;
+  copyStrip(*surfaces.picture, *surfaces.face, DramaTop, DramaHeight, TextKey);
+  surfaces.face->copyPaletteFrom(*surfaces.picture);
+}
+
+/// The registers of the presentation: drama is heard, and nothing in it is passed over.
+void setPresentation(bool drama) {
+  theScenario->SysReg(DramaMode) = drama ? 1 : 0;
+  if (!drama) return;
   for (int32_t number = SpeakerVoiceFirst; number <= OtherVoiceEnabled; ++number)
     theScenario->SysReg(number) = AllVoicesOn;
   for (const int32_t number : {EffectsEnabled, SoundEffectsEnabled, VoiceEnabled})
     theScenario->SysReg(number) = AllVoicesOn;
   theScenario->SysReg(SkipMode) = 0;
   theScenario->Reg(PendingCodeRegister) = 0;
-  copyStrip(*surfaces.picture, *surfaces.face, DramaTop, DramaHeight, TextKey);
-  surfaces.face->copyPaletteFrom(*surfaces.picture);
+}
+
+/// The face of the new presentation with the line that stands.
+void showOtherFace(const FrameSurfaces& surfaces) {
+  if (inDrama())
+    enterDrama(surfaces);
+  else
+    leaveDrama(surfaces);
+  const LineAreas areas;
+  areas.place(inDrama());
+  areas.saveBackground();
+  reprint();
+  showOn(inDrama() ? DramaView : NormalView, *surfaces.face);
 }
 
 }  // namespace
@@ -163,18 +182,9 @@ void printStandingLine() {
 
 void ToggleDramaMode() {
   if (!theScenario) return;
+  setPresentation(!inDrama());
   const FrameSurfaces surfaces;
-  if (!surfaces.complete()) return;
-  const bool leaves = inDrama();
-  if (leaves)
-    leaveDrama(surfaces);
-  else
-    enterDrama(surfaces);
-  const LineAreas areas;
-  areas.place(inDrama());
-  areas.saveBackground();
-  reprint();
-  showOn(leaves ? NormalView : DramaView, *surfaces.face);
+  if (surfaces.complete()) showOtherFace(surfaces);
   if (theScenario->Reg(MessageHiddenRegister) == 0) {
     MessageWindowHiddenFlag = 0;
     ShowMessageWindow();

@@ -138,8 +138,9 @@ void Selection::neutral(int32_t nudge) {
 
 int32_t Selection::run() {
   setUp();
-  while (!isEnding(result_)) {
+  while (!isEnding(result_) && theScenario->host()) {
     const int32_t code = theScenario->ClickWait(SelectionMap, NoLimit, WithKeys);
+    restWithoutMap(SelectionMap, MapTickMillis);
     if (reg(SavedStateRegister) != 0 && DataLoadedFlag != 0) {
       theScenario->RequestHover(SelectionMap, WithoutNudge);
       DataLoadedFlag = 0;
@@ -252,7 +253,7 @@ void Selection::quickSave() {
 void Selection::quickLoad() {
   load_.flash(FlashTenths, WithoutWait);
   if (systemScreens() && systemScreens()->quickLoad()) result_ = Loaded;
-  theScenario->RequestHover(SelectionMap, WithoutNudge);
+  theScenario->RequestHover(SelectionMap, WithNudge);
 }
 
 void Selection::configure() {

@@ -5,6 +5,7 @@
 
 #include "input/click_map.h"
 #include "platform/display/key_codes.h"
+#include "scenario/click_map_objects.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -29,11 +30,24 @@ bool stopsSkip(int32_t code) {
 
 }  // namespace
 
+void restWithoutMap(const char* name, uint32_t millis) {
+  const QVClickMap* map = findClickMap(*theScenario, name);
+  if ((!map || !map->view()) && theScenario->host())
+    theScenario->host()->SleepUnlessAborted(millis);
+}
+
+int32_t pollWholeScreen(uint32_t millis) {
+  constexpr int32_t WithKeys = 1;
+  const int32_t code = theScenario->ClickTickWait(WholeScreenMap, millis, WithKeys);
+  restWithoutMap(WholeScreenMap, millis);
+  return code;
+}
+
 void SkipPoll() {
   if (!theScenario || theScenario->SysReg(SkipMode) == 0) return;
   if (theScenario->Reg(PendingCodeRegister) != 0) return;
-  if (!theScenario->FindObject(WholeScreenMap)) return;
-  const int32_t code = theScenario->ClickTickWait(WholeScreenMap, SkipPollMillis, 1);
+  if (!findClickMap(*theScenario, WholeScreenMap)) return;
+  const int32_t code = pollWholeScreen(SkipPollMillis);
   if (stopsSkip(code)) theScenario->Reg(PendingCodeRegister) = code;
 }
 

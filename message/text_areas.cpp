@@ -19,6 +19,11 @@ void each(const LineAreas& areas, Work work) {
     if (area) work(*area);
 }
 
+QVPrintArea* placedArea(const char* name) {
+  QVPrintArea* area = areaNamed(name);
+  return area && !area->rectangle().empty() ? area : nullptr;
+}
+
 void place(QVPrintArea* area, const Placing& where) {
   if (area) area->setRect(where.left, where.top, where.width, where.height);
 }
@@ -29,6 +34,8 @@ QVPrintArea* areaNamed(const char* name) {
   return theScenario ? static_cast<QVPrintArea*>(theScenario->FindNative(name, TypePrintArea))
                      : nullptr;
 }
+
+LineAreas::LineAreas() : name(placedArea(NameArea)), message(placedArea(MessageArea)) {}
 
 void LineAreas::place(bool drama) const {
   qv::place(name, drama ? DramaName : NormalName);

@@ -15,7 +15,8 @@ QVPrintArea* areaNamed(const char* name);
 struct LineAreas {
   static constexpr const char *NameArea = "name.Area", *MessageArea = "message.Area";
 
-  LineAreas() : name(areaNamed(NameArea)), message(areaNamed(MessageArea)) {}
+  /// Without those that have no place, which a scene's handles made where nothing stands.
+  LineAreas();
 
   QVPrintArea* name;
   QVPrintArea* message;

@@ -9,7 +9,7 @@ declare -A packagesFor=(
   [fuzz]="clang libclang-rt-dev"
   [format]="clang-format"
   [tidy]="clang-tidy"
-  [bench]="liblua5.4-dev libpixman-1-dev liblz4-dev libpango1.0-dev libcairo2-dev libfluidsynth-dev libx11-dev xvfb"
+  [bench]="liblua5.4-dev libpixman-1-dev liblz4-dev libpango1.0-dev libcairo2-dev libfluidsynth-dev libx11-dev libxtst-dev xvfb"
 )
 
 # needPackages PURPOSE...: installs what is missing, where we may; else prints the line that does.

@@ -1,4 +1,4 @@
-"""The two heroines, three poses each, and their mouths."""
+"""The two heroines in their poses, and their mouths."""
 
 import math
 
@@ -145,8 +145,8 @@ def beluneBackHair(d):
             return [(x + side * px, y + py) for px, py in points]
         tone = ('light', 'main', 'dark') if side < 0 else ('main', 'dark', 'deep')
         parts += lock(d, 'belune', at((26, 10), (34, 80), (42, 150), (44, 220), (36, 290), (26, 334)), [20, 28, 34, 32, 20, 0], ('main', 'dark', 'deep'))
-        parts += lock(d, 'belune', at((46, -10), (56, 70), (74, 160), (82, 240), (70, 306), (62, 348)), [22, 32, 36, 34, 22, 0], tone)
-        parts += lock(d, 'belune', at((50, 10), (60, 90), (84, 180), (96, 250), (92, 296), (100, 330)), [12, 20, 24, 22, 14, 0], tone)
+        parts += lock(d, 'belune', at((34, -34), (46, 10), (56, 70), (74, 160), (82, 240), (70, 306), (62, 348)), [8, 22, 32, 36, 34, 22, 0], tone)
+        parts += lock(d, 'belune', at((40, -30), (54, 30), (62, 92), (84, 180), (96, 250), (92, 296), (100, 330)), [4, 12, 20, 24, 22, 14, 0], tone)
         parts += lock(d, 'belune', at((40, 0), (52, 100), (62, 190), (60, 262), (48, 318), (52, 362)), [18, 28, 30, 28, 18, 0], ('light', 'main', 'dark') if side < 0 else tone)
     return parts
 
@@ -231,6 +231,13 @@ def armsUpright(d):
         *sleeve(d, [(106, 188), (92, 230), (100, 276), (140, 282)], [26, 27, 27, 24], KNIT),
         *sleeve(d, [(195, 188), (213, 224), (214, 256), (182, 260)], [25, 26, 26, 23], KNIT), *crook(164, 264),
         fist(164, 277, 4), fist(166, 258, 4, -1), cuff(147, 280, 84, KNIT), cuff(182, 260, -78, KNIT)]
+
+
+def armsSleeve(d):
+    """No umbrella: a sleeve hangs long, the other one is lifted to her breast."""
+    return [*sleeve(d, [(106, 188), (92, 236), (88, 284), (98, 330)], [26, 27, 25, 24], KNIT), cuff(99, 336, -10, KNIT, 27, 14)], [
+        *sleeve(d, [(195, 188), (214, 230), (214, 262), (178, 234)], [25, 27, 27, 23], KNIT),
+        fist(169, 225, -48, -1), cuff(176, 232, -52, KNIT, 25, 14)]
 
 
 def armsCane(d):
@@ -381,6 +388,7 @@ def armsOpenBook(d):
 
 MOODS = {
     'KDS012': calm(brows=(0, 0), turn=2),
+    'KDS012a': calm(brows=(1, .4), blush=.5, turn=-3),
     'KDS013': calm(eyes='closed', brows=(2, 0), blush=.6, turn=-2),
     'KDS015': calm(eyes='wide', brows=(3, -1), turn=3),
     'KDS022': calm(brows=(0, -1.2), turn=-2),
@@ -391,6 +399,7 @@ MOODS = {
 
 def main():
     belune('KDS012', armsShoulder, MOODS['KDS012'], -3, [lambda d: umbrellaOpen(d, 154, 120, 7, 1)])
+    belune('KDS012a', armsSleeve, MOODS['KDS012a'], 4)
     belune('KDS013', armsUpright, MOODS['KDS013'], 4, [lambda d: umbrellaOpen(d, 150, 118, 0, 1.02)])
     belune('KDS015', armsCane, MOODS['KDS015'], -5)
     lessa('KDS022', armsBook, MOODS['KDS022'], 2)

@@ -5,7 +5,7 @@ disabled, disabled and pressed. A button of a box: plain, under the pointer, pre
 """
 
 from letters import drop, lettering
-from svg import Drawing, ellipse, group, line, path, polygon, rect
+from svg import Drawing, ellipse, group, path, polygon, rect
 
 INK, RIM, PALE = '#1c2a52', '#b4dcf2', '#f4fbff'
 
@@ -39,9 +39,9 @@ def pill(d, x, y, w, h, label, look, size=7.2, arrows=False):
 
 
 FRAME_BUTTONS = {  # name: (x, y on the frame, cell width, cell height, the plate in the cell, label)
-    'MButton1': (586, 12, 46, 26, (0, 0, 46, 26), 'SAVE'),
-    'MButton2': (586, 43, 46, 26, (0, 0, 46, 26), 'LOAD'),
-    'MButton3': (567, 62, 66, 46, (1, 14, 64, 30), 'SKIP'),
+    'MButton1': (586, 12, 42, 26, (0, 1, 42, 24), 'SAVE'),
+    'MButton2': (586, 43, 42, 26, (0, 1, 42, 24), 'LOAD'),
+    'MButton3': (567, 62, 61, 46, (0, 14, 61, 29), 'SKIP'),
 }
 
 
@@ -129,11 +129,12 @@ def plate(name, top, number):
             cx, cy = (x + 22 if side < 0 else x + w - 22), (y + 20 if up < 0 else y + h - 20)
             marks.append(path(f'M{cx + side * 13} {cy}Q{cx + side * 13} {cy + up * 11} {cx} {cy + up * 11}', 'none', SKY, 1))
     d.add('<g shape-rendering="crispEdges">',
-          path(plateShape(top, 1), 'none', BLACK, 2), path(plateShape(top, -1), 'none', WHITE, 2),
-          path(plateShape(top, -2.5), 'none', SKY, 1), path(plateShape(top, -5), 'none', SILVER, 1), '</g>', *marks)
+          path(plateShape(top, 1), 'none', BLACK, 1), path(plateShape(top), 'none', WHITE, 1),
+          path(plateShape(top, -1), 'none', WHITE, 1), path(plateShape(top, -2), 'none', SKY, 1),
+          path(plateShape(top, -3), 'none', DIM, 1), '</g>', *marks)
     d.save(name)
     d = Drawing(PLATE_W, height)
-    crisp(d, [path(plateShape(top, 2), '#ffffff')])
+    crisp(d, [path(plateShape(top, 1), '#ffffff', '#ffffff', 1)])
     d.save(f'select{number}R')
 
 

@@ -1,13 +1,12 @@
 """The message frame and its prompt, the logo, the title, masks of wipes, the strip of clouds."""
 
 import math
-import random
 
 import characters as people
 import controls
 from backgrounds import FLOWERS, hills, hydrangeaBush, cloud, crown, rain, ripples, school
 from letters import drop, lettering
-from svg import Drawing, ellipse, group, line, path, polygon, rect
+from svg import Drawing, ellipse, group, path, polygon, rect
 
 W, H = 640, 480
 
@@ -22,13 +21,13 @@ def messageFrame():
     d.add(path(FRAME, 'none', '#22345c', 6.4), path(FRAME, 'none', edge, 3.8),
           path('M18 10H622Q630 10 630 18V109Q630 117 622 117H18Q10 117 10 109V18Q10 10 18 10Z', 'none', '#6f9cc8', 1.2))
     # Corners: rings on water; the prompt's medallion at the foot.
-    for x, y, sx, sy in ((13, 13, 1, 1), (627, 13, -1, 1), (13, 114, 1, -1), (627, 114, -1, -1)):
+    for x, y, sx, sy in ((12, 12, 1, 1), (628, 12, -1, 1), (12, 115, 1, -1), (628, 115, -1, -1)):
         d.add(group([path('M-8 22C-2 18 2 16 4 4C16 2 18 -2 22 -8L-8 -8Z', '#2c4474', '#b4dcf2', 1.5),
                      drop(-1, 0, 5.6, '#8ed2f0', '#f4fbff', 1.3), ellipse(-2.6, 1, 1.1, 1.7, '#ffffff')],
-                    f'translate({x} {y}) scale({sx} {sy})') if sy > 0 else
+                    f'translate({x} {y}) scale({sx * .78} {sy * .78})') if sy > 0 else
               group([path('M-8 22C-2 18 2 16 4 4C16 2 18 -2 22 -8L-8 -8Z', '#2c4474', '#b4dcf2', 1.5),
                      ellipse(0, 0, 5, 5, '#8ed2f0', '#f4fbff', 1.3), ellipse(-1.8, 1.6, 1.3, 1.3, '#ffffff')],
-                    f'translate({x} {y}) scale({sx} {sy})'))
+                    f'translate({x} {y}) scale({sx * .78} {sy * .78})'))
     d.add(path('M284 123C298 123 300 116 306 112M356 123C342 123 340 116 334 112', 'none', '#22345c', 4.6),
           path('M284 123C298 123 300 116 306 112M356 123C342 123 340 116 334 112', 'none', '#b4dcf2', 2))
     for side in (-1, 1):

@@ -4,7 +4,10 @@
 import backgrounds
 import characters
 import controls
+import events
 import interface
+import rooms
+import testcard
 
-for module in (characters, backgrounds, interface, controls):
+for module in (characters, backgrounds, rooms, interface, controls, events, testcard):
     module.main()

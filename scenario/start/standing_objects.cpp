@@ -3,8 +3,8 @@
 #include <string>
 
 #include "graphics/scene/picture_drawing.h"
+#include "message/area_forms.h"
 #include "message/frame_buttons.h"
-#include "message/no_line_start.h"
 #include "message/text_areas.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/handles.h"
@@ -39,59 +39,16 @@ void loadSurface(const char* name, const char* file) {
   theScenario->CreateObject(name, TypeSurface, {file});
 }
 
-struct FontForm {
-  int32_t height, weight, style, pitch;
-  const char* face;  ///< UTF-8
-};
-constexpr int32_t ShiftJisCharset = 128, StyleStays = -1, FixedPitch = 1, VariablePitch = 2;
-constexpr const char *PMincho = "ＭＳ Ｐ明朝", *PGothic = "ＭＳ Ｐゴシック",
-                     *Gothic = "ＭＳ ゴシック";
-constexpr ColourRef White = 0xFFFFFF, Black = 0;
-constexpr int32_t TextColour = 0, OutlineColour = 1;
-
-struct AreaForm {
-  const char* name;
-  int32_t left, top, width, height;
-  int32_t penX, penY, indent, lineHeight;
-  uint32_t flags;
-  FontForm font;
-  ColourRef text;
-  bool whiteOutlineStays;  ///< the outline's colour is left as it is
-};
-
-constexpr FontForm NameFont{20, 600, 0, VariablePitch, PMincho},
-    MessageFont{18, 500, 0, VariablePitch, PMincho}, TitleFont{30, 400, 0, VariablePitch, PMincho},
-    GothicLabel{10, 700, StyleStays, FixedPitch, PGothic},
-    MinchoLabel{10, 700, StyleStays, FixedPitch, PMincho}, HelpFont{12, 300, 0, FixedPitch, Gothic};
-
-constexpr AreaForm NameArea{
-    LineAreas::NameArea, 8, 24, 495, 24, 2, 2, 2, 24, 1281, NameFont, White, false},
-    MessageArea{
-        LineAreas::MessageArea, 16, 48, 495, 72, 2, 2, 2, 20, 1024, MessageFont, White, false},
-    FirstTitle{"select01.Title.Aria", 16, 31, 500, 80, 0, 2, 0, 36, 1025, TitleFont, White, false},
-    SecondTitle{"select02.Title.Aria", 16, 20, 500, 80, 0, 2, 0, 36, 1025, TitleFont, White, false},
-    ThirdTitle{"select03.Title.Aria", 16, 20, 500, 80, 0, 2, 0, 36, 1025, TitleFont, White, false},
-    HelpArea{"HelpAria", 8, 8, 300, 360, 0, 0, 0, 14, 0, HelpFont, Black, true};
-
 QVPrintArea* create(const AreaForm& form) {
   theScenario->CreateObject(form.name, TypePrintArea);
   QVPrintArea* area = areaNamed(form.name);
-  if (!area) return nullptr;
-  area->setRect(form.left, form.top, form.width, form.height);
-  area->setPosition(form.left + form.penX, form.top + form.penY);
-  area->setIndent(form.indent, 0);
-  area->setLineHeight(form.lineHeight);
-  area->setFlags(form.flags);
-  area->setFont(form.font.height, form.font.weight, form.font.style, form.font.pitch,
-                ShiftJisCharset, sjis(form.font.face).c_str());
-  area->setColour(form.text, TextColour);
-  if (!form.whiteOutlineStays) area->setColour(Black, OutlineColour);
+  if (area) shapeArea(*area, form);
   return area;
 }
 
-/// An area of a line: on the face, and never beginning a line with what may not.
-void createLineArea(const AreaForm& form, const std::string& noLineStart) {
-  if (QVPrintArea* area = create(form)) area->setNoLineStart(noLineStart.c_str());
+/// An area of a line stands on the face.
+void createLineArea(const AreaForm& form) {
+  create(form);
   theScenario->ConnectObjects(form.name, FaceSurface);
 }
 
@@ -126,9 +83,9 @@ void createBlink() {
 }
 
 void createLineAndButtons() {
-  createLineArea(NameArea, shortNoLineStart());
+  createLineArea(NameAreaForm);
   createFrameButtons();
-  createLineArea(MessageArea, longNoLineStart());
+  createLineArea(MessageAreaForm);
 }
 
 void createScreenMap() {
@@ -156,10 +113,6 @@ void createChoiceMap(const char* name, int32_t height, int32_t region) {
   theScenario->AddClickRect(name, 0, 0, PlateWidth, height, region);
 }
 
-void createTitle(const AreaForm& form) {
-  if (QVPrintArea* area = create(form)) area->setNoLineStart(longNoLineStart().c_str());
-}
-
 void createSelections() {
   loadSurface("sel01.surf", "dat\\select01.mcg");
   loadSurface("sel02.surf", "dat\\select02.mcg");
@@ -169,7 +122,7 @@ void createSelections() {
   loadSurface("sel03R.surf", "dat\\select3R.mcg");
   create({"select01.view", PictureView, 40, 55, 565, 122, Hidden});
   create({"select21.view", PictureView, 40, 111, 565, 122, Hidden});
-  createTitle(FirstTitle);
+  create(TitleAreaForms[0]);
   createChoiceMap("clmsel01", 122, 1);
   // The picture's own regions, for the small buttons of the first plate.
   theScenario->LoadClickMap("clmsel01a", "dat\\mcsel.mcg", HoverOn);
@@ -179,12 +132,12 @@ void createSelections() {
   theScenario->SetClipShape("select21.view", "sel01R.surf", KeyTopLeft);
   create({"select02.view", PictureView, 40, 177, 565, 111, Hidden});
   create({"select22.view", PictureView, 40, 233, 565, 111, Hidden});
-  createTitle(SecondTitle);
+  create(TitleAreaForms[1]);
   createChoiceMap("clmsel02", 111, 2);
   theScenario->SetClipShape("select02.view", "sel02R.surf", KeyTopLeft);
   theScenario->SetClipShape("select22.view", "sel03R.surf", KeyTopLeft);
   create({"select03.view", PictureView, 40, 288, 565, 111, Hidden});
-  createTitle(ThirdTitle);
+  create(TitleAreaForms[2]);
   createChoiceMap("clmsel03", 111, 3);
   theScenario->SetClipShape("select03.view", "sel03R.surf", KeyTopLeft);
   theScenario->ConnectObjects("clmsel01", "clmsel02");
@@ -205,23 +158,22 @@ void createLabels() {
       {{"comm01.view", nullptr, 542, 382, 96, 12, Hidden},
        "com01.Title.Aria",
        "Quicksave Button",
-       GothicLabel},
+       GothicLabelFont},
       {{"comm02.view", nullptr, 542, 414, 96, 12, Hidden},
        "com02.Title.Aria",
        "Quickload Button",
-       MinchoLabel},
+       MinchoLabelFont},
       {{"comm03.view", nullptr, 544, 454, 92, 12, Hidden},
        "com03.Title.Aria",
        "Textskip Button",
-       MinchoLabel},
+       MinchoLabelFont},
   };
   for (const Label& label : labels) {
     create(label.view);
     theScenario->CopyPalette(label.view.name, "mfrm.surf");
     theScenario->FillObject(label.view.name, WhiteIndex);
-    const AreaForm form{
-        label.area, 0,     0,   label.view.width, label.view.height, 2, 1, 0, 12, 768,
-        label.font, Black, true};
+    const AreaForm form{label.area, 0, 0,   label.view.width, label.view.height, 2, 1, 0, 12, 768,
+                        label.font, 0, true};
     QVPrintArea* area = create(form);
     theScenario->ConnectObjects(label.view.name, label.area);
     if (area) area->printText(label.text);
@@ -273,8 +225,7 @@ void createHelpWindow() {
   colours.create(Colours);
   client.setColours(colours.table(), 0, 0, Colours, Flush::No);
   client.fill(WhiteIndex, nullptr, Flush::No);
-  QVPrintArea* area = create(HelpArea);
-  if (area) area->setNoLineStart(shortNoLineStart().c_str());
+  QVPrintArea* area = create(HelpAreaForm);
   theScenario->ConnectObjects("HelpAria", "HelpWindowClient");
   if (!area) return;
   static constexpr const char* Lines[] = {

@@ -182,6 +182,7 @@ std::string tableCode(const char* type, const char* name, const std::string& row
 void readSpeaker(std::string_view rest, Place place, Story& story, Problems& problems) {
   RowReader row(rest, "@speaker NAME, or @speaker NAME 【　TAG　】 class N", place, problems);
   SpeakerData data;
+  data.place = place;
   data.name = row.word();
   if (!row.good()) return;
   if (story.speakers.count(data.name) != 0)

@@ -241,14 +241,10 @@ void UnitWriter::scene(const Scene& scene) {
 }
 
 /// `ownCpp` becomes true where the writer's own C++ stands, which may name any scene.
-void collectTargets(const std::vector<Act>& acts, std::set<std::string>& targets, bool& ownCpp) {
-  for (const Act& act : acts) {
-    ownCpp = ownCpp || act.kind == Act::Kind::Cpp;
-    for (const Option& option : act.options)
-      if (!option.target.empty()) targets.insert(option.target);
-    for (const Branch& branch : act.branches)
-      collectTargets(branch.acts, targets, ownCpp);
-  }
+void collectTargets(const Act& act, std::set<std::string>& targets, bool& ownCpp) {
+  ownCpp = ownCpp || act.kind == Act::Kind::Cpp;
+  for (const Option& option : act.options)
+    if (!option.target.empty()) targets.insert(option.target);
 }
 
 bool holds(const Story& story, int file) {
@@ -284,9 +280,7 @@ std::string unitText(const std::string& name, const Story& story,
   bool ownCpp = !story.globals.empty();
   for (const Scene* scene : scenes) {
     declared.insert(scene->name);
-    for (const StepList& list : scene->lists)
-      for (const Step& step : list.steps)
-        collectTargets(step, declared, ownCpp);
+    eachAct(*scene, [&](const Act& act) { collectTargets(act, declared, ownCpp); });
   }
   if (ownCpp)
     for (const Scene& scene : story.scenes)

@@ -1,5 +1,6 @@
 // What a story sounds like: in silence with its time kept, and as samples of a real output.
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -58,6 +59,7 @@ TEST_F(SoundStory, KeepsItsTimeInSilence) {
 TEST_F(SoundStory, IsTheSameForTheSameSeedAndGoodUnderOthers) {
   std::string first;
   for (const char* seed : {"7", "7", "8", "9", "10"}) {
+    std::filesystem::remove(player() / "Sound.system.dat");
     const ProcessResult result = run({"--simulate", seed, "--play", story});
     EXPECT_EQ(result.status, 0) << seed << ": " << result.errors;
     if (first.empty())
@@ -108,7 +110,45 @@ TEST_F(SoundStory, IsToldOnceThatThereIsNoOutputAndGoesOn) {
       run({"--play", script("ready\nkey Return\nready\nexpect sound wave SE01\nquit\n")},
           {"SDL_VIDEODRIVER=dummy", "SDL_AUDIODRIVER=none-such"});
   EXPECT_EQ(result.status, 0) << result.errors;
-  EXPECT_NE(result.errors.find("The game goes on in silence."), std::string::npos) << result.errors;
+  EXPECT_TRUE(result.errors.ends_with("The game goes on in silence.\n")) << result.errors;
+  EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+}
+
+/// On an output that takes everything, with a song whose instruments are not there.
+TEST_F(SoundStory, IsToldOnceThatThereIsNoSoundFontAndGoesOn) {
+  const std::string toTheSong = script(
+      "ready\nkey Return\nready\nsleep 700\nkey Return\nready\nkey Return\nready\n"
+      "expect sound song K03\nquit\n");
+  writeWhole(folder.path() / "empty.sf2", "no instruments");
+  for (const char* font : {"/nowhere/none.sf2", "empty.sf2"}) {
+    const std::string path = font[0] == '/' ? font : (folder.path() / font).string();
+    const ProcessResult result = run({"--sound-font", path, "--play", toTheSong},
+                                     {"SDL_VIDEODRIVER=dummy", "SDL_AUDIODRIVER=dummy"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_TRUE(result.errors.starts_with("qvrun")) << result.errors;
+    EXPECT_TRUE(result.errors.ends_with("songs stay silent.\n")) << result.errors;
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+    EXPECT_NE(result.errors.find(path), std::string::npos) << result.errors;
+  }
+}
+
+TEST_F(SoundStory, IsToldOnceThatItsMidiPortIsNotThereAndSingsByItself) {
+  const ProcessResult result =
+      run({"--midi-port", "no such port", "--play", script("ready\nkey Return\nready\nquit\n")},
+          {"SDL_VIDEODRIVER=dummy", "SDL_AUDIODRIVER=dummy"});
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_NE(result.errors.find("no such port"), std::string::npos) << result.errors;
+  EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+}
+
+TEST_F(SoundStory, IsToldOnceThatItsCueSheetCannotBeReadAndGoesOn) {
+  const auto disc = folder.path() / "disc";
+  std::filesystem::create_directories(disc);
+  writeWhole(disc / "disc.cue", "FILE \"none.bin\" BINARY\n  TRACK many AUDIO\n");
+  const ProcessResult result = run({"--disc", disc.string(), "--simulate", "1", "--play", story});
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_NE(result.errors.find("disc.cue"), std::string::npos) << result.errors;
+  EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
 }
 
 // --- As samples ---

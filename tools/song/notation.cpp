@@ -50,7 +50,8 @@ constexpr LengthName Lengths[] = {
 class Speller {
  public:
   explicit Speller(const Song& song) : song_(song) {}
-  std::string operator()(const Part& part, int key) const {
+  std::string operator()(const Part& part, const Note& note) const {
+    const int key = note.key;
     if (part.drums) {
       const char* const name = drumName(key);
       return name ? name : "bd";
@@ -235,7 +236,7 @@ class Line {
     }
     std::string token;
     for (const Note& note : chord)
-      token += (token.empty() ? "" : " ") + spell_(voice_.part, note.key);
+      token += (token.empty() ? "" : " ") + spell_(voice_.part, note);
     fill(chord.size() > 1 ? "[" + token + "]" : token, tick_ + length);
   }
 

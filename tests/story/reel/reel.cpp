@@ -159,6 +159,7 @@ void scrolling() {
 QV_SCENE(sc_menu) {
   SetSceneName("sc_menu");
   SceneEnter();
+  theScenario->ShowWindow("cg.view", 0);
   drawCards();
   theScenario->CreateView(Screen, nullptr, 0, 0, CardWidth, CardHeight, 0);
   for (const int32_t effect : {1, 3, 5, 9, 12, 20, 27, 28, 34, 38, 40, 45, 48, 51, 60})

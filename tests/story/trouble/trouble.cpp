@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include "audio/cd_audio.h"
+#include "audio/scene/commands.h"
 #include "foundation/file.h"
 #include "platform/display/key_codes.h"
 #include "scenario/scenario.h"
@@ -16,6 +18,7 @@ SceneFunction sc000003();
 SceneFunction sc000004();
 SceneFunction sc000005();
 SceneFunction sc000006();
+SceneFunction sc000007();
 SceneFunction END();
 }
 
@@ -27,10 +30,11 @@ constexpr Rectangle Somewhere{10, 10, 110, 60};
 QV_SCENE(sc_menu) {
   SetSceneName("sc_menu");
   SceneEnter();
-  const SceneFunction scenes[] = {sc000001, sc000002, sc000003, sc000004, sc000005, sc000006};
+  const SceneFunction scenes[] = {sc000001, sc000002, sc000003, sc000004,
+                                  sc000005, sc000006, sc000007};
   while (true) {
     const int32_t digit = theScenario->WaitInput(nullptr, InputForever) - KeyCode - Key0;
-    if (digit >= 1 && digit <= 6) return scenes[digit - 1];
+    if (digit >= 1 && digit <= 7) return scenes[digit - 1];
     if (digit == 0) return END;
   }
 }
@@ -89,5 +93,21 @@ QV_SCENE(sc000006) {
   SetSceneName("sc000006");
   SceneEnter();
   WaitSound(100);
+  return END;
+}
+
+// What a machine may lack: the disc with two voices and a track, a sound font for a song.
+QV_SCENE(sc000007) {
+  SetSceneName("sc000007");
+  SceneEnter();
+  SetSysReg(BgmEnabled, 1, 0);
+  SetSysReg(MidiDeviceKind, 1, 0);
+  CdAudio disc;
+  Reg(600) = disc.load() ? 1 : 2;
+  Reg(601) = disc.play(2, 1) ? 1 : 2;
+  PlayWave("%:\\VOICE\\V00\\0000_001.wav", 1, 1, nullptr);
+  PlayWave("%:\\VOICE\\V00\\0000_002.wav", 1, 1, nullptr);
+  PlayBgm("K01", nullptr);
+  WaitClick(9999, 0);
   return END;
 }

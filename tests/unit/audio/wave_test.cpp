@@ -286,9 +286,39 @@ TEST_F(WaveTest, ReadsVoicesFromTheDisc) {
   EXPECT_TRUE(boxes().empty());
 }
 
+TEST_F(WaveTest, TellsEachFileThatIsNotOnTheDisc) {
+  for (const char* name : {"%:\\VOICE\\V00\\a.wav", "%:\\VOICE\\V00\\b.wav"}) {
+    boxes().clear();
+    wave.play(name, 1, true, nullptr);
+    expectBox(std::string("指定された wave ファイルを読み込めません\nファイル名：") + name,
+              "QVWave - play()");
+  }
+}
+
 TEST_F(WaveTest, DoesNothingWithoutAName) {
   wave.play(nullptr, 1, true, nullptr);
   EXPECT_FALSE(wave.isPlaying());
+}
+
+TEST(WaveWithoutADisc, IsToldOnceAndOnlyOfTheDiscsFiles) {
+  TestPlatform platform(false, makeSimulatedKernel());
+  platform.writeFile(platform.game() / "VOICE/here.wav", silentWave(10));
+  QVWave wave;
+  const auto boxesOf = [&](const char* name) {
+    platform.dialogs.shown.clear();
+    wave.play(name, 1, true, nullptr);
+    wave.wait();
+    return platform.dialogs.shown.size();
+  };
+  EXPECT_EQ(boxesOf("%:\\VOICE\\V00\\a.wav"), 1u);
+  EXPECT_EQ(boxesOf("%:\\VOICE\\V00\\a.wav"), 0u);
+  EXPECT_EQ(boxesOf("%:\\VOICE\\V00\\b.wav"), 0u);
+  EXPECT_EQ(boxesOf("%:"), 0u);
+  EXPECT_EQ(boxesOf("wave\\a.wav"), 1u) << "the game's own files";
+  EXPECT_EQ(boxesOf("wave\\b.wav"), 1u);
+  EXPECT_TRUE(platform.wave().sent().empty());
+  EXPECT_EQ(boxesOf("%:\\VOICE\\here.wav"), 0u);
+  EXPECT_EQ(platform.wave().sent().size(), 1u) << "who has copied the disc into the game";
 }
 
 TEST(WaveWithoutAMapper, IsToldOnceAndThenSilent) {

@@ -25,11 +25,14 @@ inline const GameModule StoryModule{ModuleAbi, "Test",  nullptr, nullptr, nullpt
 class StoryGround {
  public:
   using Kind = DisplayEvent::Kind;
-  explicit StoryGround(std::unique_ptr<Kernel> kernel)
+  /// `open` makes a display of another kind, once there is a kernel; it may find none.
+  explicit StoryGround(std::unique_ptr<Kernel> kernel,
+                       const std::function<std::unique_ptr<Display>()>& open = nullptr)
       : platform(false, std::move(kernel)),
+        window(open ? open() : nullptr),
         host(StoryModule),
         boxes(text),
-        loop(host, display, boxes, recorder, {}) {}
+        loop(host, window ? *window : display, boxes, recorder, {}) {}
 
   /// Runs `scene` on the scenario thread, and the loop until it has ended.
   void run(const std::function<void(QVScenario&)>& scene) {
@@ -79,6 +82,7 @@ class StoryGround {
   TestPlatform platform;
   TextRenderer text;
   HeadlessDisplay display;
+  std::unique_ptr<Display> window;
   GameHost host;
   BoxDesk boxes;
   Recorder recorder;

@@ -175,6 +175,21 @@ TEST_F(ClickMapWait, OfTwoInputsBeforeTheWakeTheLaterWins) {
             4);
 }
 
+TEST_F(ClickMapWait, AMoveWithinARegionTakesNothingOfThePressBeforeIt) {
+  EXPECT_EQ(waitWhile([&] {
+              map.report(PointerMoved, 3);
+              map.report(RightButtonDown, 3);
+              map.report(PointerMoved, 3);
+            }),
+            ClickCancel);
+  EXPECT_EQ(waitWhile([&] {
+              map.report(LeftButtonDown, 3);
+              map.report(PointerMoved, 3);
+            }),
+            3);
+  EXPECT_EQ(map.lastMessage(), LeftButtonDown);
+}
+
 TEST_F(ClickMapWait, WhatCameBetweenWaitsIsNotGivenToTheNext) {
   map.report(LeftButtonDown, 3);
   EXPECT_EQ(map.ClickWait(50, 1), ClickTimeout);

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "input/hitret.h"
 #include "message/commands.h"
 #include "platform/text/text_renderer.h"
 #include "scenario/commands.h"
@@ -38,15 +39,6 @@ class ViewHost : public FakeHost {
   FakeView screen{64, 48};
   ViewWindow window;
 };
-
-class NamedHitretForTest : public LogicalObject {
- public:
-  int typeCode() const override { return TypeHitret; }
-  void* native() override { return &hitret; }
-  QVHitret hitret;
-};
-constexpr ObjectKind HitretKind[] = {
-    {TypeHitret, "", "", NativeForm::Member, allocateObject<NamedHitretForTest>}};
 
 int waitsRun = 0;
 int32_t countedWait(QVHitret&) {
@@ -118,7 +110,6 @@ TEST_F(NamedAreas, ClearTheirLinkTogetherWithThemselves) {
 }
 
 TEST_F(NamedAreas, WaitThroughTheHitretTheyAreConnectedWith) {
-  const ObjectKindsScope kinds(HitretKind);
   manager.CreateObject("ret", TypeHitret);
   static_cast<QVHitret*>(manager.FindNative("ret", TypeHitret))->setWait(countedWait);
   manager.ConnectObjects("message.Area", "ret");

@@ -152,12 +152,19 @@ TEST_F(Relations, ReachEveryPairInItsOwnOrder) {
   }
 }
 
-TEST_F(Relations, WithoutAFunctionYetDoNothing) {
-  const RelationsScope real(relationTable());
+TEST_F(Relations, ThatHaveNoWayBackStay) {
+  for (Relation& row : rows)
+    row.disconnect = nullptr;
   manager.ConnectObjects("5", "44");
   manager.DisconnectObjects("5", "44");
   EXPECT_TRUE(findRelation(manager, "5", "44").has_value());
-  EXPECT_TRUE(connected.empty());
+  EXPECT_EQ(connected, (std::vector<Call>{{"5", "44", {}}}));
+}
+
+TEST_F(Relations, HaveAFunctionEachUnlessTheyStandForOthers) {
+  for (const Relation& row : relationTable())
+    EXPECT_EQ(row.connect != nullptr, row.rule == RelationRule::Direct)
+        << row.kindA << " with " << row.kindB;
 }
 
 TEST_F(Relations, PreferTheObjectListOverTheHostsList) {

@@ -15,7 +15,11 @@
 
 #include <gtest/gtest.h>
 
+#include "graphics/surface.h"
+#include "message/print_area.h"
 #include "platform/text/shift_jis.h"
+#include "platform/text/text_renderer.h"
+#include "scenario/scenario.h"
 #include "tests/support/golden.h"
 #include "tests/support/process.h"
 #include "tests/support/test_platform.h"
@@ -162,6 +166,54 @@ TEST(StoryFont, DrawsTheHeartOfTheFirstCode) {
             (Cell{"............", ".###...###..", "#####.#####.", "###########.", "###########.",
                   "###########.", ".#########..", "..#######...", "...#####....", "....###.....",
                   "............", "............"}));
+}
+
+/// Without the empty rows around it: where a base line lies is the reader's business.
+Cell trimmed(Cell cell) {
+  const auto empty = [](const std::string& row) { return row.find('#') == std::string::npos; };
+  while (!cell.empty() && empty(cell.back()))
+    cell.pop_back();
+  cell.erase(cell.begin(), std::find_if_not(cell.begin(), cell.end(), empty));
+  return cell;
+}
+
+/// As the game has it: set by the manager for the run, printed by an area.
+TEST(StoryFont, IsWhatAPrintAreaDrawsItsSignsFrom) {
+  constexpr int Side = 18;
+  const std::vector<uint8_t> bytes = encodedSigns();
+  TestPlatform platform;
+  platform.writeFile(platform.game() / "dat" / "own.tte", std::string(bytes.begin(), bytes.end()));
+  TextRenderer text;
+  Services withText = services();
+  withText.text = &text;
+  const ServicesScope scope(withText);
+  QVScenario manager;
+  manager.Open("Test", 1, 1, 1);
+  QVVSurface surface;
+  surface.create(Side, Side);
+  QVPrintArea area;
+  area.setSurface(&surface);
+  area.setRect(0, 0, Side, Side);
+  area.setFont(Side, 400, 0, 1, 128, nullptr);
+  const auto printed = [&](uint16_t code) {
+    const char bytesOfSign[] = {static_cast<char>(code >> 8), static_cast<char>(code & 0xFF), 0};
+    area.clear(true, true);
+    area.printText(bytesOfSign);
+    Cell rows(Side, std::string(Side, '.'));
+    for (int y = 0; y < Side; ++y)
+      for (int x = 0; x < Side; ++x)
+        if (surface.pixel(x, y) != 255) rows[static_cast<size_t>(y)][static_cast<size_t>(x)] = '#';
+    return trimmed(rows);
+  };
+  const ReadFont font(bytes);
+  const auto sign = [&](uint16_t code) { return trimmed(font.cell(code, Side)); };
+  for (const uint16_t code : LineEnders)
+    ASSERT_TRUE(printed(code) != sign(code)) << std::hex << code << " before it is set";
+  manager.SetExternalFont("dat\\own.tte");
+  for (const uint16_t code : LineEnders)
+    EXPECT_EQ(printed(code), sign(code)) << std::hex << code;
+  manager.SetExternalFont(nullptr);
+  EXPECT_NE(printed(LineEnders[0]), sign(LineEnders[0]));
 }
 
 TEST(StoryFont, LooksAsItsSheetShows) {

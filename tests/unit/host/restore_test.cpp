@@ -1,0 +1,93 @@
+// What comes back when a scene is entered behind a load: song, looping effect and pendant.
+
+#include <gtest/gtest.h>
+
+#include "audio/scene/commands.h"
+#include "message/pendant.h"
+#include "platform/sound/null_midi_output.h"
+#include "scenario/start/scene_enter.h"
+#include "tests/support/song_bytes.h"
+#include "tests/support/wave_bytes.h"
+#include "tests/unit/host/story_ground.h"
+
+namespace qv::testing {
+namespace {
+
+class RestoredScene : public ::testing::Test {
+ protected:
+  RestoredScene() {
+    MessageWindowHiddenFlag = 0;
+    ground.platform.writeFile(ground.platform.game() / "midi/K03b.mid",
+                              song({TrackBytes().event(0, {0x90, 60, 100}).end(1'000'000)}));
+    ground.platform.writeFile(ground.platform.game() / "wave/vlse005.wav", silentWave(300));
+  }
+  void run(const std::function<void(QVScenario&)>& scene) {
+    ground.run([&](QVScenario& manager) {
+      const Rectangle place = Rectangle::at(0, 0, 62, 122);
+      manager.CreateObject(PendantWindow, TypeFrameless, {nullptr, &place, "", 0, 1});
+      SysReg(BgmEnabled) = SysReg(SoundEffectsEnabled) = 1;
+      SysReg(MidiDeviceKind) = 2;
+      Reg(SeLoopRegister) = 9999;
+      scene(manager);
+    });
+  }
+  StoryGround ground{makeSimulatedKernel()};
+  NullMidiOutput output{10'000};
+  Services withMidi = [this] {
+    Services all = services();
+    all.midi = &output;
+    return all;
+  }();
+  ServicesScope scope{withMidi};
+};
+
+TEST_F(RestoredScene, HasItsSongAndItsEndlessEffectAgainAndThePendant) {
+  run([](QVScenario& manager) {
+    Reg(BgmLastRegister) = 3;
+    Reg(SeCurrentRegister) = 1;
+    Reg(SeLoopRegister) = 0;
+    // As they stand in a save that was made while both were shown and skipped.
+    Reg(PendantShownRegister) = 1;
+    Reg(WaitKindRegister) = 4;
+    SysReg(SkipMode) = 1;
+    Reg(ResumePendingRegister) = 1;
+    SceneEnter();
+    EXPECT_TRUE(manager.IsSoundPlaying(ChannelMidi));
+    EXPECT_TRUE(manager.midi().fileName().equals("midi\\K03b.mid"));
+    EXPECT_EQ(manager.midi().loop(), 1u);
+    EXPECT_EQ(Reg(BgmCurrentRegister), 3);
+    EXPECT_TRUE(manager.IsSoundPlaying(ChannelWave));
+    sleepMillis(3000);
+    EXPECT_TRUE(manager.IsSoundPlaying(ChannelWave)) << "an endless one";
+    EXPECT_TRUE(manager.FindWindow(PendantWindow)->shown());
+    EXPECT_EQ(Reg(PendantShownRegister), 1);
+  });
+}
+
+TEST_F(RestoredScene, IsSilentWhereItsSaveWas) {
+  run([](QVScenario& manager) {
+    PlayBgm("K03", nullptr);
+    Reg(BgmLastRegister) = 0;
+    Reg(SeCurrentRegister) = 1;
+    Reg(SeLoopRegister) = 1;
+    Reg(ResumePendingRegister) = 1;
+    SceneEnter();
+    EXPECT_FALSE(manager.IsSoundPlaying(ChannelMidi)) << "what played before the load ends";
+    EXPECT_FALSE(manager.IsSoundPlaying(ChannelWave)) << "an effect that sounded once";
+  });
+}
+
+TEST_F(RestoredScene, EnteredAsUsualLeavesSoundsAndPendantAsTheyAre) {
+  run([](QVScenario& manager) {
+    Reg(BgmLastRegister) = 3;
+    Reg(SeCurrentRegister) = 1;
+    Reg(SeLoopRegister) = 0;
+    SceneEnter();
+    EXPECT_FALSE(manager.IsSoundPlaying(ChannelMidi));
+    EXPECT_FALSE(manager.IsSoundPlaying(ChannelWave));
+    EXPECT_FALSE(manager.FindWindow(PendantWindow)->shown());
+  });
+}
+
+}  // namespace
+}  // namespace qv::testing
