@@ -4,6 +4,7 @@
 import backgrounds
 import characters
 import interface
+import testcard
 
-for module in (characters, backgrounds, interface):
+for module in (characters, backgrounds, interface, testcard):
     module.main()

@@ -16,6 +16,7 @@ void addPaletteCommands(CLI::App& program);
 void addMapCommands(CLI::App& program);
 void addSongCommands(CLI::App& program);
 void addFontCommands(CLI::App& program);
+void addCursorCommands(CLI::App& program);
 void addReelCommand(CLI::App& program);
 
 }  // namespace qv::tool

@@ -28,6 +28,7 @@ int main(int count, char** arguments) {
   qv::tool::addMapCommands(program);
   qv::tool::addSongCommands(program);
   qv::tool::addFontCommands(program);
+  qv::tool::addCursorCommands(program);
   qv::tool::addReelCommand(program);
   try {
     program.parse(count, arguments);
