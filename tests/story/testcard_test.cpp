@@ -51,7 +51,8 @@ class TestCard : public ::testing::Test {
 
   ProcessResult play(const fs::path& script, int seed, std::vector<std::string> more = {}) {
     fs::remove_all(folder.path() / "player");
-    std::vector<std::string> command{QV_BIN_DIR "/qvrun",
+    const std::string host = QV_BIN_DIR "/qvrun";
+    std::vector<std::string> command{host,
                                      "--simulate",
                                      std::to_string(seed),
                                      "--play",
@@ -92,7 +93,7 @@ class TestCard : public ::testing::Test {
     std::string text;
     for (const std::string& line : lines)
       text += line + "\n";
-    const fs::path file = folder.path() / "lines.play";
+    fs::path file = folder.path() / "lines.play";
     writeWhole(file, text);
     return file;
   }
