@@ -42,6 +42,12 @@ TEST_F(LinesWindow, LooksAsItShouldWithAFigureThatSpeaks) {
   looksLike("speaking", "sc_voice", "ready\nsleep 530\nshot speaking.png\nquit\n");
 }
 
+TEST_F(LinesWindow, LooksAsItShouldWithALineBehindAnother) {
+  looksLike("second_line", "sc_drama",
+            "ready\nkey Return\nready\nkey Return\nready\nkey Return\nready\nsleep 300\n"
+            "shot second_line.png\nquit\n");
+}
+
 TEST_F(LinesWindow, LooksAsItShouldHidden) {
   looksLike("hidden", "sc_voice", "ready\nright\nready\nsleep 3500\nshot hidden.png\nquit\n");
 }
