@@ -160,6 +160,15 @@ TEST_F(LinesWindow, ARebuildInDramaServesTheFrameThatComesBack) {
   EXPECT_TRUE(stillStrip("back") == stillStrip("blue")) << "with its text";
 }
 
+TEST_F(LinesWindow, ALineThatTheConfigurationEndsIsNotPrintedOver) {
+  const std::string three = "ready\nkey Return\nready\nkey Return\nready\nkey Return\nready\n",
+                    look = "ready\nexpect strreg 33 \"読み込む。\"\nsleep 100\nshot ";
+  ASSERT_EQ(run("sc_screens", three + "key Return\n" + look + "read.png\nquit\n").status, 0);
+  ASSERT_EQ(run("sc_screens", three + "key F5\n" + look + "configured.png\nquit\n").status, 0);
+  EXPECT_TRUE(part(shot("read"), 0, StripTop, 300, StripHigh) ==
+              part(shot("configured"), 0, StripTop, 300, StripHigh));
+}
+
 // --- The other presentation ---
 
 TEST_F(LinesWindow, DramaSwitchesAllVoicesAndEffectsOnAndLeavesThemOn) {
