@@ -56,7 +56,7 @@ struct Walked {
 };
 
 Walked walkIn(const GameModule& module, const story::StoryGraph& graph, const Wishes& wishes,
-              TextRenderer& text, BoxDesk& boxes) {
+              BoxDesk& boxes) {
   Walked walked;
   ReadingDisplay display;
   Recorder recorder;
@@ -79,12 +79,12 @@ Walked walkIn(const GameModule& module, const story::StoryGraph& graph, const Wi
       walked.failure = utf8OfShiftJis(theScenario ? theScenario->sceneName().view() : "") + ": " +
                        utf8OfShiftJis(diagnostic.message());
     }
+    if (!walked.failure.empty()) module.exceptionEntry();
     host.queue.post({MessageScenarioEnded, 0, 0});
   });
   loop.run();
   scenario.join();
   module.destroyManager(manager);
-  (void)text;
   return walked;
 }
 
@@ -143,7 +143,7 @@ int walk(const Wishes& wishes) {
                                 .disc = sound.disc(),
                                 .trace = &trace});
   const auto start = std::chrono::steady_clock::now();
-  const Walked walked = walkIn(*module.table(), graph, wishes, text, boxes);
+  const Walked walked = walkIn(*module.table(), graph, wishes, boxes);
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
   return tell(walked, trace, taken.count(), wishes);
 }

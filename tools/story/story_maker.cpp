@@ -263,7 +263,7 @@ void Maker::scatterPictures() {
 }
 
 void Maker::scatterSounds() {
-  for (int left = scaled(754); left > 0; --left) {
+  for (int left = scaled(752); left > 0; --left) {
     const bool ends = numbers_.oneOf(4) || stock_.songs.empty();
     std::string line = ends ? (numbers_.oneOf(3) ? "@bgm stop" : "@bgm fadeout")
                             : "@bgm " + numbers_.pick(stock_.songs);
@@ -276,7 +276,8 @@ void Maker::scatterSounds() {
   for (int left = scaled(384); left > 0; --left)
     anyPlace().push_back("@wait-se " + std::to_string(numbers_.between(5, 40)));
   scatter(117, "@stop-se");
-  for (const char* line : {"@wait 10", "@wait sound", "@wait song"})
+  // A song plays for ever unless it fades.
+  for (const char* line : {"@wait 10", "@wait sound", "@bgm fadeout\n  @wait song"})
     scatter(2, line);
   for (int left = stock_.voices.empty() ? 0 : scaled(4); left > 0; --left)
     anyPlace().push_back("@wave %:\\VOICE\\" + numbers_.pick(stock_.voices) + ".wav");
