@@ -178,7 +178,8 @@ TEST_F(StagedBoxes, AHundredSeedsAnswerAlike) {
       Confirm + "notice One.\npopup Two.\npendant 1\nchange ベルーネ 5\nkey\n";
   for (int seed = 1; seed <= 100; ++seed) {
     expectRun(stage,
-              "ready\nkey Tab\nkey Return\nsleep 300\nready\nexpect reg 600 1\nkey Return\nready\nclick " +
+              "ready\nkey Tab\nkey Return\nsleep 300\nready\nexpect reg 600 1\nkey "
+              "Return\nready\nclick " +
                   Ok +
                   "\nready\nkey Space\nsleep 1000\nready\nexpect reg 601 9\nexpect reg 100 "
                   "5\nexpect shown "
@@ -272,6 +273,16 @@ TEST_F(StagedStart, TheFirstStartSetsItsDefaultsAndTheSecondNone) {
             "ready\nexpect sysreg 49 0\nexpect sysreg 64 2\nexpect sysreg 31 0\n"
             "expect sysreg 43 1\nquit\n",
             1, true);
+}
+
+TEST_F(StagedStart, PlatesOfSelectionsHaveTheirOutlines) {
+  expectRun(Ground +
+                "show select01.view 1\nshow select02.view 1\nshow select03.view 1\nkey\n"
+                "show select01.view 0\nshow select02.view 0\nshow select03.view 0\n"
+                "show select21.view 1\nshow select22.view 1\n",
+            "ready\nshot three.png\nkey Return\nready\nshot two.png\nquit\n");
+  EXPECT_TRUE(
+      matchesGolden(parts({"three", "two"}, Rectangle::at(30, 50, 60, 360)), golden("plates")));
 }
 
 TEST_F(StagedStart, NamesAreKeptInTheirFileEachOnItsOwn) {

@@ -69,9 +69,9 @@ void writePlain(const fs::path& file, int width, int height, int index) {
 }
 
 /// A plate that leaves its corners out.
-void writePlate(const fs::path& file, int width, int height, int face, int rim) {
+void writePlate(const fs::path& file, int width, int height, int face, int rim, int cut = 8) {
   writePicture(file, width, height, [=](int x, int y) {
-    const bool corner = (x < 8 || x >= width - 8) && (y < 8 || y >= height - 8);
+    const bool corner = (x < cut || x >= width - cut) && (y < cut || y >= height - cut);
     if (corner) return flat::FrameKey;
     return onRim(x, y, width, height, 6) ? rim : face;
   });
@@ -109,13 +109,13 @@ void writeFrame(const fs::path& dat) {
 void writeChoices(const fs::path& dat) {
   struct Plate {
     const char *file, *outline;
-    int height;
+    int height, cut;  ///< by their corners the outlines can be told apart
   };
-  for (const Plate& plate : {Plate{"select01.mcg", "select1R.mcg", 122},
-                             {"select02.mcg", "select2R.mcg", 111},
-                             {"select03.mcg", "select3R.mcg", 111}})
+  for (const Plate& plate : {Plate{"select01.mcg", "select1R.mcg", 122, 8},
+                             {"select02.mcg", "select2R.mcg", 111, 24},
+                             {"select03.mcg", "select3R.mcg", 111, 40}})
     for (const char* name : {plate.file, plate.outline})
-      writePlate(dat / name, 565, plate.height, flat::Frame + 3, flat::Frame + 4);
+      writePlate(dat / name, 565, plate.height, flat::Frame + 3, flat::Frame + 4, plate.cut);
   writePicture(dat / "mcsel.mcg", 51, 74, [](int x, int y) {
     if (inCorner(x, y)) return 0;
     return y < 40 ? 4 : 7;

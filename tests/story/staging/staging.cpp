@@ -104,7 +104,11 @@ constexpr Row State[] = {
        ChangeParameter(name.c_str(), words.number());
      }},
     {"names", [](Words& words) { UserNameFile(words.word().c_str()); }},
-    {"shape", [](Words& words) { theScenario->ShowWindow(words.word().c_str(), words.number()); }},
+    {"show",
+     [](Words& words) {
+       const std::string window = words.word();
+       theScenario->ShowWindow(window.c_str(), words.number());
+     }},
 };
 
 constexpr Row Screens[] = {

@@ -202,13 +202,17 @@ TEST(PictureTables, FiguresThatAreTheSameInEveryStoryStandHere) {
   EXPECT_EQ(still->mouth, nullptr);
 }
 
+SpriteRow rowOf(const char* name, const char* file) {
+  return {name, 1, 0, 0, file, nullptr, 0, 0, MouthWithoutKey};
+}
+
 TEST(PictureTables, StandingFiguresUpToFiftyNineAreDrawnAsTheirSisters) {
   const std::pair<const char*, const char*> files[] = {
       {"KUS011", "KDS011"}, {"KUS012a", "KDS012a"}, {"KUS059", "KDS059"}, {"KUS053_", "KDS053_"},
       {"KUS060", "KUS060"}, {"KUS100", "KUS100"},   {"KUC011", "KUC011"}, {"KUS010", "KUS010"}};
   for (const auto& [name, file] : files)
-    EXPECT_EQ(spriteFile({.name = name}), file);
-  EXPECT_EQ(spriteFile({.name = "KUS012", .file = "other"}), "other");
+    EXPECT_EQ(spriteFile(rowOf(name, nullptr)), file);
+  EXPECT_EQ(spriteFile(rowOf("KUS012", "other")), "other");
 }
 
 TEST(PictureTables, EventsKnowWhoIsInThem) {
