@@ -66,6 +66,7 @@ class Selection {
  public:
   explicit Selection(int32_t count)
       : plates_(platesFor(count)),
+        told_(count),
         count_(static_cast<int32_t>(plates_.size())),
         firstRow_(count == TwoChoices ? FirstRowOfTwo : FirstRowOfThree),
         save_(exitEvent()),
@@ -98,6 +99,7 @@ class Selection {
   void hover(int32_t choice);
 
   std::span<const PlateForm> plates_;
+  const int32_t told_;  ///< what the scene said; only two is told apart
   const int32_t count_, firstRow_;
   PlateColours colours_;
   SystemButton save_, load_;
@@ -124,7 +126,7 @@ void Selection::setUp() {
     reg(PendingCodeRegister) = 0;
   }
   MessageWindowHiddenFlag = 0;
-  reg(SelectionBookkeepingRegister) = count_;
+  reg(SelectionBookkeepingRegister) = told_;
   theScenario->SetClickTick(SelectionMap, MapTickMillis);
   theScenario->RequestHover(SelectionMap, WithoutNudge);
 }

@@ -15,8 +15,8 @@ void SkipPoll();
 
 /// One poll of that map with keys, as ClickTickWait gives it. Raises on abort.
 int32_t pollWholeScreen(uint32_t millis);
-/// Where a wait's map is gone, which the player was told, its loop rests instead of spinning. Raises
-/// on abort.
+/// Where a wait's map is gone, which the player was told, its loop rests instead of spinning.
+/// Raises on abort.
 void restWithoutMap(const char* name, uint32_t millis);
 
 }  // namespace qv

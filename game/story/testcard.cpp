@@ -78,6 +78,7 @@ QV_SCENE(sc_testcard) {
       case 1: {
         constexpr Rectangle Words{200, 352, 440, 390};
         card::switchSoundOn();
+        PlayBgm("FADEOUT", nullptr);
         card::openPage("cg\\KTC001.mcg", nullptr, nullptr);
         card::write(Words, "マウスでも、矢印・Tab と Return でも。\n右クリックか Esc で題字へ。",
                     {.height = 14, .flags = QVPrintArea::FlagCentre});

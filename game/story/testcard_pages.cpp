@@ -181,14 +181,14 @@ QV_SCENE(sc_testcardvoice) {
                        "口は声とともに止まります。クリックか Return で先へ");
         card::keepSheet();
         standUp(Belune);
-        say(Belune, "V00\\0000_004",
+        say(Belune, "V00\\0000_002",
             "「半分、貸してあげる。そのかわり、夏休みの補習、最後までつきあってよね」", true);
         break;
       case 2:
         card::openPage(PagePicture, "声：レッサ", "声が終わると、ひとりでに先へ");
         card::keepSheet();
         standUp(Lessa);
-        say(Lessa, "V01\\0000_004", "「静かにしてください。本が起きてしまいます」", false);
+        say(Lessa, "V01\\0000_031", "「なくしたんじゃありません。隠れたんです」", false);
         break;
       case 3:
         leaveVoices();

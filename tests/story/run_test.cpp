@@ -223,7 +223,7 @@ TEST_F(RunTest, WithoutAnyFontSaysSoOnceAndDrawsWithTheBuiltInOne) {
 /// The disc's first voice brings a box, the second none; its track and what it lacks of songs go
 /// by.
 constexpr const char* PlayWithoutADisc =
-    "ready\nkey 7\nanswer ok\nready\nexpect scene sc000007\nexpect reg 600 2\nexpect reg 601 2\n"
+    "ready\nkey 7\nanswer ok\nsleep 300\nready\nexpect scene sc000007\nexpect reg 600 2\nexpect reg 601 2\n"
     "expect sound wave none\nexpect sound song K01\nkey Return\n";
 
 TEST_F(RunTest, WithoutADiscSaysSoOnceAndGoesOn) {

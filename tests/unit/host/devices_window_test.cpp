@@ -17,7 +17,7 @@
 namespace qv::testing {
 namespace {
 
-constexpr int32_t Key = 2048;
+constexpr int32_t Key = 2048, NoItem = 4096;
 constexpr uint8_t RedIndex = 249, GreenIndex = 250;
 constexpr uint32_t Red = 0xFF0000, Green = 0x00FF00;
 constexpr int Left = (RootWidth - ScreenWidth) / 2, Top = (RootHeight - ScreenHeight) / 2;
@@ -77,7 +77,8 @@ class DevicesWindowTest : public ::testing::Test {
         done = true;
       });
       while (!done)
-        if (const int32_t result = control.wait(1, 1); result != ClickTimeout) {
+        // After a time-out the control asks what lies under the pointer: often nothing.
+        if (const int32_t result = control.wait(1, 1); result != ClickTimeout && result != NoItem) {
           const std::lock_guard guard(lock_);
           results_.push_back(result);
         }
@@ -107,6 +108,11 @@ class DevicesWindowTest : public ::testing::Test {
   bool shows(uint32_t first, uint32_t second) {
     return soon([&] { return ground_->at(150, 110) == first && ground_->at(350, 110) == second; });
   }
+  static void outside(const std::string& command) {
+    EXPECT_EQ(std::system(("xdotool " + command + " >/dev/null 2>&1").c_str()), 0) << command;
+  }
+  /// Keys and pointer moves go to the window that has the focus.
+  static void giveFocus() { outside("search --sync --name '^qv devices test' windowfocus --sync"); }
   /// Where the system's pointer stands, in the game's screen.
   std::string systemPointer() {
     const auto file = folder_.path() / "pointer";
@@ -167,6 +173,7 @@ TEST_F(DevicesWindowTest, APadMovesTheFocusAndTheSystemsPointerAndPressesWhatHas
     ASSERT_TRUE(soon([&] { return SDL_WasInit(SDL_INIT_GAMECONTROLLER) != 0; }));
     ASSERT_TRUE(shows(Red, Red));
     Pad pad;
+    giveFocus();
     ASSERT_TRUE(pad.plugIn()) << SDL_GetError();
     pad.press(SDL_CONTROLLER_BUTTON_DPAD_RIGHT);
     EXPECT_TRUE(gives(Key + KeyRight));
@@ -192,13 +199,15 @@ TEST_F(DevicesWindowTest, APadMovesTheFocusAndTheSystemsPointerAndPressesWhatHas
 TEST_F(DevicesWindowTest, AKeyMovesTheSystemsPointerToTheItem) {
   playWith([&] {
     ASSERT_TRUE(shows(Red, Red));
-    EXPECT_EQ(std::system("xdotool key Tab key Tab >/dev/null 2>&1"), 0);
+    giveFocus();
+    outside("key Tab");
     EXPECT_TRUE(gives(Key + KeyTab));
+    outside("key Tab");
     EXPECT_TRUE(gives(Key + KeyTab));
     EXPECT_TRUE(shows(Red, Green));
     EXPECT_TRUE(soon([&] { return systemPointer() == "300, 100"; })) << systemPointer();
     // The move that the system reports of it says nothing new.
-    EXPECT_EQ(std::system("xdotool key space >/dev/null 2>&1"), 0);
+    outside("key space");
     EXPECT_TRUE(gives(2));
   });
 }
