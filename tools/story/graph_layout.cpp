@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <numeric>
 
 namespace qv::story {
@@ -217,11 +218,14 @@ void Placer::findPlaces() {
     for (size_t step = 0; step < layers_.size(); ++step)
       pull(layers_[down ? step : layers_.size() - 1 - step], down);
   }
-  double least = 0, most = 0;
+  // A node without width is not drawn.
+  double least = std::numeric_limits<double>::max(), most = -least;
   for (const Cell& cell : cells_) {
+    if (cell.width <= 0) continue;
     least = std::min(least, cell.x - cell.width / 2);
     most = std::max(most, cell.x + cell.width / 2);
   }
+  if (least > most) least = most = 0;
   for (Cell& cell : cells_)
     cell.x += Margin - least;
   placed_.width = most - least + 2 * Margin;

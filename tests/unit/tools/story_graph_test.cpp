@@ -98,11 +98,18 @@ TEST(GraphLayout, EveryWayLeadsDownAndNoBoxesMeet) {
   }
   const auto isBack = [](const PlacedEdge& edge) { return edge.back; };
   EXPECT_EQ(std::ranges::count_if(placed.edges, isBack), 1);
+  double right = 0;
+  for (const PlacedNode& node : placed.nodes)
+    right = std::max(right, node.x + 50);
+  for (const PlacedEdge& edge : placed.edges)
+    for (const auto& [x, y] : edge.points)
+      right = std::max(right, x);
+  EXPECT_NEAR(placed.width, right + 24, 10);
   for (size_t left = 0; left < nodes.size(); ++left) {
-    for (size_t right = 0; right < left; ++right) {
-      const PlacedNode &a = placed.nodes[left], &b = placed.nodes[right];
+    for (size_t other = 0; other < left; ++other) {
+      const PlacedNode &a = placed.nodes[left], &b = placed.nodes[other];
       EXPECT_TRUE(std::abs(a.x - b.x) >= 100 || std::abs(a.y - b.y) >= 40)
-          << left << " and " << right;
+          << left << " and " << other;
     }
     EXPECT_GE(placed.nodes[left].x, 50);
     EXPECT_LE(placed.nodes[left].x, placed.width - 50);
