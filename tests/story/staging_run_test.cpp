@@ -87,7 +87,10 @@ TEST_F(StagedPictures, CommandsShowNothingBeforeAnEffect) {
 // --- Mouths ---
 
 TEST_F(StagedPictures, AMouthMovesUntilTheNextEffectTakesItAway) {
-  std::string script = "ready\n";
+  // Behind the effect there is no area any more that could be started.
+  std::string script = "ready\n", gone;
+  for (int at = 0; at < 4; ++at)
+    gone += "sleep 70\nshot gone" + std::to_string(at) + ".png\n";
   for (int at = 0; at < 12; ++at)
     script += "sleep 70\nshot mouth" + std::to_string(at) + ".png\n";
   expectRun(
