@@ -42,6 +42,12 @@ TEST_F(LinesWindow, LooksAsItShouldWithAFigureThatSpeaks) {
   looksLike("speaking", "sc_voice", "ready\nsleep 530\nshot speaking.png\nquit\n");
 }
 
+TEST_F(LinesWindow, LooksAsItShouldWithALineBehindAnother) {
+  looksLike("second_line", "sc_drama",
+            "ready\nkey Return\nready\nkey Return\nready\nkey Return\nready\nsleep 300\n"
+            "shot second_line.png\nquit\n");
+}
+
 TEST_F(LinesWindow, LooksAsItShouldHidden) {
   looksLike("hidden", "sc_voice", "ready\nright\nready\nsleep 3500\nshot hidden.png\nquit\n");
 }
@@ -152,6 +158,15 @@ TEST_F(LinesWindow, ARebuildInDramaServesTheFrameThatComesBack) {
   ASSERT_EQ(result.status, 0) << result.errors;
   EXPECT_TRUE(emptyPart("back") == emptyPart("blue"));
   EXPECT_TRUE(stillStrip("back") == stillStrip("blue")) << "with its text";
+}
+
+TEST_F(LinesWindow, ALineThatTheConfigurationEndsIsNotPrintedOver) {
+  const std::string three = "ready\nkey Return\nready\nkey Return\nready\nkey Return\nready\n",
+                    look = "ready\nexpect strreg 33 \"読み込む。\"\nsleep 100\nshot ";
+  ASSERT_EQ(run("sc_screens", three + "key Return\n" + look + "read.png\nquit\n").status, 0);
+  ASSERT_EQ(run("sc_screens", three + "key F5\n" + look + "configured.png\nquit\n").status, 0);
+  EXPECT_TRUE(part(shot("read"), 0, StripTop, 300, StripHigh) ==
+              part(shot("configured"), 0, StripTop, 300, StripHigh));
 }
 
 // --- The other presentation ---

@@ -177,13 +177,12 @@ bool StoryWalk::forceConditions() {
   return progress;
 }
 
-WalkResult StoryWalk::walk(ScenarioHost& host) {
+void StoryWalk::walk(ScenarioHost& host) {
   const size_t first = nodeOf(module_.start(&host));
   follow(first);
   do {
     drain();
   } while (forceConditions());
-  return result();
 }
 
 WalkResult StoryWalk::result() const {

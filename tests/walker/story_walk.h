@@ -43,7 +43,10 @@ class StoryWalk {
   StoryWalk(const GameModule& module, const story::StoryGraph& graph, uint64_t seed);
 
   /// From sc_start on. What a scene or a wait raises passes on.
-  WalkResult walk(ScenarioHost& host);
+  void walk(ScenarioHost& host);
+
+  /// What was walked so far.
+  WalkResult result() const;
 
   /// The answer to a selection; keeps the registers the first time.
   int32_t choose(const QVScenario& manager, int32_t count);
@@ -69,7 +72,6 @@ class StoryWalk {
   bool forceConditions();
   bool tryCondition(size_t node);
   void drawRegisters(size_t node);
-  WalkResult result() const;
 
   const GameModule& module_;
   const story::StoryGraph& graph_;
