@@ -150,7 +150,8 @@ class GlyphSource::OpenFont {
     auto font = std::make_unique<OpenFont>(face);
     const bool sound =
         FT_IS_SCALABLE(face) && face->units_per_EM > 0 && face->ascender - face->descender > 0;
-    return sound ? std::move(font) : nullptr;
+    if (!sound) font.reset();
+    return font;
   }
 
   bool setHeight(int height) {

@@ -226,10 +226,10 @@ TEST_P(ControlsOnTheScreen, AButtonFlashesInTheFrame) {
     SystemButton button(&ground.host.exitEvent());
     button.place(manager.FindView("cg.view")->view(), 30, 40, "strip.bmp", KeyNone, 1, 0, 1);
     EXPECT_EQ(ground.at(30, 40), Red);
+    const uint32_t start = tickCount();
     button.flash(2, 0);
     EXPECT_EQ(ground.at(31, 41), Green);
     EXPECT_EQ(ground.at(32, 41), Blue);
-    const uint32_t start = tickCount();
     while (button.flashing())
       sleepMillis(5);
     EXPECT_GE(tickCount() - start, 190u);
