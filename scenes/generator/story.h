@@ -102,7 +102,7 @@ struct Story {
   std::string application = "Vorlane";
   std::string firstScene = "sc_menu";
   Place firstPlace;
-  bool bare = false;  ///< without the standing objects
+  bool bare = false;                            ///< without the standing objects
   std::map<std::string, std::string> speakers;  ///< name in the texts to tag
   std::vector<SpeakerData> speakerData{};       ///< those of story.txt, in its order
   std::vector<PictureData> sprites{}, pictures{};
