@@ -77,7 +77,6 @@ QV_SCENE(sc_testcard) {
     switch (Reg(StepRegister)) {
       case 1: {
         constexpr Rectangle Words{200, 352, 440, 390};
-        card::switchSoundOn();
         PlayBgm("FADEOUT", nullptr);
         card::openPage("cg\\KTC001.mcg", nullptr, nullptr);
         card::write(Words, "マウスでも、矢印・Tab と Return でも。\n右クリックか Esc で題字へ。",

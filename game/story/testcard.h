@@ -51,8 +51,6 @@ void waitForPlayer();
 
 /// Takes into the screen's colours those that a picture owns.
 void takeColours(const char* picture);
-/// Lets the player's first start have music and effects although nobody was asked for devices yet.
-void switchSoundOn();
 /// All that the card has made is gone, and it is quiet.
 void putAway();
 

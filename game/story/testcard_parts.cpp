@@ -106,14 +106,6 @@ void waitForPlayer() {
   AreaHandle(Page).printText("", nullptr, nullptr, nullptr, true);
 }
 
-void switchSoundOn() {
-  constexpr int32_t GeneralMidi = 1;
-  if (SysReg(FirstRunDone) != 0) return;
-  SysReg(SoundEffectsEnabled) = 1;
-  SysReg(BgmEnabled) = 1;
-  if (SysReg(MidiDeviceKind) == 0) SysReg(MidiDeviceKind) = GeneralMidi;
-}
-
 void putAway() {
   PlayBgm(nullptr, nullptr);
   theScenario->StopSound(ChannelMidi);

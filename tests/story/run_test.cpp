@@ -223,7 +223,8 @@ TEST_F(RunTest, WithoutAnyFontSaysSoOnceAndDrawsWithTheBuiltInOne) {
 /// The disc's first voice brings a box, the second none; its track and what it lacks of songs go
 /// by.
 constexpr const char* PlayWithoutADisc =
-    "ready\nkey 7\nanswer ok\nsleep 300\nready\nexpect scene sc000007\nexpect reg 600 2\nexpect reg 601 2\n"
+    "ready\nkey 7\nanswer ok\nsleep 300\nready\nexpect scene sc000007\nexpect reg 600 2\nexpect "
+    "reg 601 2\n"
     "expect sound wave none\nexpect sound song K01\nkey Return\n";
 
 TEST_F(RunTest, WithoutADiscSaysSoOnceAndGoesOn) {
@@ -456,9 +457,8 @@ TEST_F(RunTest, ClosingAtAnyMomentOfTheShowReelEndsTheRun) {
 TEST_F(RunTest, TheSampleIsReadFromItsTitleToEachOfItsEndings) {
   const std::string user = (folder.path() / "player").string();
   const std::string others = QV_SOURCE_DIR "/tests/story/sample/";
-  for (const std::string& script :
-       {std::string(QV_OUTPUT_DIR "/vorlane/sample.play"), others + "book.play",
-        others + "rain.play"}) {
+  for (const std::string& script : {std::string(QV_OUTPUT_DIR "/vorlane/sample.play"),
+                                    others + "book.play", others + "rain.play"}) {
     for (const char* seed : {"1", "2", "3", "4", "5", "6", "7", "8"}) {
       std::filesystem::remove_all(user);
       const ProcessResult result =

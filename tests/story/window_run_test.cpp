@@ -122,7 +122,7 @@ TEST_F(WindowRunTest, AltReturnFillsTheScreenAndComesBack) {
   EXPECT_FALSE(filled);
   toWindow("key alt+F4");
   EXPECT_EQ(game_->awaitEnd(5000), 0);
-  EXPECT_EQ(readWhole(recordPath()), "quit\n") << "the game has seen no key";
+  EXPECT_EQ(readWhole(recordPath()).find("key"), std::string::npos) << "the game has seen no key";
 }
 
 TEST_F(WindowRunTest, ClosingWhileMinimisedEndsWithStatusZero) {
