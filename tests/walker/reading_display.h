@@ -1,7 +1,8 @@
 #pragma once
 
 // A display before which sits a reader who never tires: whatever the story waits for, it gets at
-// once, a key for a line, a click for a choice. It opens no window and works on both clocks.
+// once, a key for a line, a click for a choice, no for a question. It opens no window and works on
+// both clocks.
 
 #include <cstdint>
 #include <functional>
@@ -47,15 +48,15 @@ class ReadingDisplay : public HeadlessDisplay {
     const bool moves = plates && hand_ != Hand::Pressing;
     if (!moves && gate.waitOrdinal() == ordinal_) return false;
     if (!moves) ordinal_ = gate.waitOrdinal();
-    event = plates ? pointAt(kind) : keyReturn();
+    event = plates ? pointAt(kind) : press(kind == LineStands ? KeyReturn : KeyEscape);
     ++answered_;
     return true;
   }
 
-  static DisplayEvent keyReturn() {
+  static DisplayEvent press(int32_t key) {
     DisplayEvent event;
     event.kind = DisplayEvent::Kind::KeyDown;
-    event.key = KeyReturn;
+    event.key = key;
     return event;
   }
 
@@ -80,7 +81,7 @@ class ReadingDisplay : public HeadlessDisplay {
     return event;
   }
 
-  static constexpr int32_t TwoPlates = 2, ThreePlates = 3;
+  static constexpr int32_t TwoPlates = 2, ThreePlates = 3, LineStands = 4;
 
   GameHost* host_ = nullptr;
   Choose choose_;
