@@ -48,12 +48,15 @@ class ReadingDisplay : public HeadlessDisplay {
     const bool moves = plates && hand_ != Hand::Pressing;
     if (!moves && gate.waitOrdinal() == ordinal_) return false;
     if (!moves) ordinal_ = gate.waitOrdinal();
-    event = plates ? pointAt(kind) : press(kind == LineStands ? KeyReturn : KeyEscape);
+    // A question takes no Return before one of its answers is lit: whoever sees it again and again
+    // says no.
+    others_ = kind == 0 ? others_ + 1 : 0;
+    event = plates ? pointAt(kind) : keyPress(others_ > PatientWaits ? KeyEscape : KeyReturn);
     ++answered_;
     return true;
   }
 
-  static DisplayEvent press(int32_t key) {
+  static DisplayEvent keyPress(int32_t key) {
     DisplayEvent event;
     event.kind = DisplayEvent::Kind::KeyDown;
     event.key = key;
@@ -81,12 +84,14 @@ class ReadingDisplay : public HeadlessDisplay {
     return event;
   }
 
-  static constexpr int32_t TwoPlates = 2, ThreePlates = 3, LineStands = 4;
+  static constexpr int32_t TwoPlates = 2, ThreePlates = 3;
+  static constexpr int PatientWaits = 4;
 
   GameHost* host_ = nullptr;
   Choose choose_;
   uint32_t ordinal_ = 0;
   uint64_t answered_ = 0;
+  int others_ = 0;  ///< waits in a row that are neither lines nor choices
   Hand hand_ = Hand::Away;
   int32_t choice_ = 1;
 };

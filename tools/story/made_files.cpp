@@ -90,6 +90,7 @@ class StockTaker {
     for (const NamedFlag& row : backgroundNames())
       if (hasPicture(files_, row.name)) stock_.backgrounds.emplace_back(row.name);
     stock_.backgrounds.emplace_back("BLACK");
+    makeEffectPictures();
     takeStills();
     for (const scenec::PictureData& row : sample_.story.sprites) {
       const std::string file = row.file.empty() ? row.name : row.file;
@@ -106,6 +107,16 @@ class StockTaker {
   /// Events without mouths: theirs would have to be made too.
   static bool hasMouths(const std::string& name) { return findPictureRow(name) != nullptr; }
 
+  /// What the effects of the story leave on the screen.
+  void makeEffectPictures() {
+    for (const char* name : {"KEV102", "KEV103", "KEV60219"})
+      if (!hasPicture(files_, name)) {
+        put(made_, name, landscape(static_cast<int>(made_.size())));
+        ownPictures_.insert(name);
+      }
+    if (!hasPicture(files_, "BLACK")) put(made_, "BLACK", emptyPicture(ScreenWidth, ScreenHeight));
+  }
+
   void takeStills() {
     for (const NamedFlag& row : titleNames())
       if (hasPicture(files_, row.name)) stock_.titles.emplace_back(row.name);
@@ -115,7 +126,7 @@ class StockTaker {
     for (const NamedFlag& row : eventNames()) {
       if (stock_.events.size() >= MadeEvents) break;
       if (row.flag == WithoutFlag || hasPicture(files_, row.name) || hasMouths(row.name)) continue;
-      put(made_, row.name, landscape(number++));
+      if (ownPictures_.count(row.name) == 0) put(made_, row.name, landscape(number++));
       stock_.events.emplace_back(row.name);
     }
     if (stock_.titles.empty()) {
@@ -177,6 +188,7 @@ class StockTaker {
   const StorySource& sample_;
   const GameFiles& files_;
   std::vector<MadeFile>& made_;
+  std::set<std::string> ownPictures_;  ///< made already
   MadeStock stock_;
 };
 
