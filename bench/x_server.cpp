@@ -52,6 +52,15 @@ double Program::processorSeconds() const {
   return static_cast<double>(user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
+double Program::largestMegabytes() const {
+  std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+  const std::string heading = "VmHWM:";
+  for (std::string line; std::getline(status, line);)
+    if (line.compare(0, heading.size(), heading) == 0)
+      return std::strtod(line.c_str() + heading.size(), nullptr) / 1024;
+  giveUp("the program has ended");
+}
+
 struct XServer::Connection {
   Connection() : display(XOpenDisplay(nullptr)) {
     if (!display) giveUp("the X server does not answer");

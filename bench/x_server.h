@@ -20,6 +20,8 @@ class Program {
 
   /// Seconds of a processor that it has used.
   double processorSeconds() const;
+  /// The most memory that it has held so far, in MB.
+  double largestMegabytes() const;
 
  private:
   int process_ = 0;

@@ -5,7 +5,8 @@
 #
 #   NAME SOURCE WxH ENTRIES KEY [OPTION...]
 #
-# NAME       the picture's name without ".mcg"; "dat/mframe" goes to dat/, a plain name to cg/
+# NAME       the picture's name without ".mcg"; "dat/mframe" goes to dat/, a plain name to cg/. A name
+#            with an ending of its own, as "dat/L0pal.dat", keeps it
 # SOURCE     the SVG or PNG file, from the list's own folder
 # WxH        the size of a rendered drawing; "-" for its own (a PNG has no other)
 # ENTRIES    the palette entries that it may fill, as 10-127; "-" for all that are free
@@ -54,7 +55,10 @@ function(qv_add_pictures target)
     if(NOT name MATCHES "/")
       set(name cg/${name})
     endif()
-    set(output ${art_GAME_FOLDER}/${name}.mcg)
+    if(NOT name MATCHES "\\.[A-Za-z]+$")
+      string(APPEND name .mcg)
+    endif()
+    set(output ${art_GAME_FOLDER}/${name})
     if(output IN_LIST pictures)
       message(FATAL_ERROR "${list}: ${name} stands there twice.")
     endif()
@@ -74,6 +78,7 @@ function(qv_add_pictures target)
     if(options MATCHES "set:([^;]+)")
       list(REMOVE_ITEM options ${CMAKE_MATCH_0})
       set(companions ${set_${CMAKE_MATCH_1}})
+      list(REMOVE_DUPLICATES companions)
       list(REMOVE_ITEM companions ${sources}/${source})
       foreach(companion ${companions})
         list(APPEND options --palette-of ${companion})

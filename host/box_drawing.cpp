@@ -70,8 +70,8 @@ void drawRun(const Canvas& canvas, TextRenderer& text, const BoxRect& clip, int 
              const TextStyle& style, std::string_view run, uint32_t colour) {
   const BoxRect part = clipped(clip, canvas.bounds());
   if (part.width == 0 || part.height == 0) return;
-  text.draw({&pixelAt(canvas, part.x, part.y), part.width, part.height, canvas.width}, x - part.x,
-            y - part.y, style, run, colour);
+  text.draw(TextTarget{&pixelAt(canvas, part.x, part.y), part.width, part.height, canvas.width},
+            x - part.x, y - part.y, style, run, colour);
 }
 
 void drawRaisedFrame(const Canvas& canvas, TextRenderer* text, const BoxRect& outer,

@@ -140,6 +140,12 @@ bool parseType(Words& words, ScriptLine& line) {
   return words.readQuoted(line.text);
 }
 
+bool parseRead(Words& words, ScriptLine& line) {
+  if (!words.name(line.text, "the name of a scene, or \"choice\"")) return false;
+  if (line.text == "choice") line.text.clear();
+  return true;
+}
+
 bool parseSleep(Words& words, ScriptLine& line) {
   return words.number(line.millis, "a number of milliseconds");
 }
@@ -228,6 +234,7 @@ constexpr std::array VerbForms{
     VerbForm{"wheel", Verb::Wheel, VerbForm::Now::May, parseWheel},
     VerbForm{"key", Verb::Key, VerbForm::Now::May, parseKey},
     VerbForm{"type", Verb::Type, VerbForm::Now::May, parseType},
+    VerbForm{"read", Verb::Read, VerbForm::Now::Never, parseRead},
     VerbForm{"minimise", Verb::Minimise, VerbForm::Now::Must, parseNothing},
     VerbForm{"restore", Verb::Restore, VerbForm::Now::Must, parseNothing},
     VerbForm{"close", Verb::Close, VerbForm::Now::Must, parseNothing},

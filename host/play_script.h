@@ -25,6 +25,7 @@ struct ScriptLine {
     Wheel,
     Key,
     Type,
+    Read,
     Minimise,
     Restore,
     Close,
@@ -64,6 +65,7 @@ struct ScriptLine {
   int32_t registerNumber = 0;
   int64_t value = 0;  ///< expected number, or 0xRRGGBB
   std::string text;   ///< UTF-8: typed text, file, scene, object, expected text, sound
+                      ///< read: the scene to come to; empty: the next choice
 };
 
 struct ParsedScript {

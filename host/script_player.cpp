@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/display/key_codes.h"
 #include "platform/kernel/kernel.h"
+#include "scenario/register_numbers.h"
 
 namespace qv {
 
@@ -148,7 +150,8 @@ ScriptPlayer::Outcome ScriptPlayer::act(const ScriptLine& line) {
     default: {
       const Outcome outcome = awaitScene(line);
       if (outcome != Outcome::Done || line.verb == Verb::Ready) return outcome;
-      return line.verb == Verb::Expect ? expect(line) : giveInput(line);
+      if (line.verb == Verb::Expect) return expect(line);
+      return line.verb == Verb::Read ? read(line) : giveInput(line);
     }
   }
   if (line.waitOrdinal != 0) {
@@ -210,6 +213,29 @@ ScriptPlayer::Outcome ScriptPlayer::expect(const ScriptLine& line) {
   const std::optional<std::string> instead = stage_.whatIsInstead(line);
   if (!instead) return Outcome::NotYet;
   return instead->empty() ? Outcome::Done : fail(line, *instead);
+}
+
+/// Return at each line that stands, until what is read for stands: looked at between two waits.
+ScriptPlayer::Outcome ScriptPlayer::read(const ScriptLine& line) {
+  constexpr int64_t LeastChoices = 2, MostChoices = 3;
+  ScriptLine question;
+  question.verb = Verb::Expect;
+  const auto holds = [&] {
+    const std::optional<std::string> instead = stage_.whatIsInstead(question);
+    return instead && instead->empty();
+  };
+  question.expectation = ScriptLine::Expectation::Scene;
+  question.text = line.text;
+  if (!line.text.empty() && holds()) return Outcome::Done;
+  question.expectation = ScriptLine::Expectation::Reg;
+  question.registerNumber = WaitKindRegister;
+  for (question.value = LeastChoices; question.value <= MostChoices; ++question.value)
+    if (holds()) return line.text.empty() ? Outcome::Done : fail(line, "a choice stands before it");
+  ScriptLine key;
+  key.verb = Verb::Key;
+  key.key = KeyReturn;
+  stage_.offer(eventOf(key));
+  return Outcome::NotYet;
 }
 
 ScriptPlayer::Outcome ScriptPlayer::sleep(const ScriptLine& line) {

@@ -69,6 +69,7 @@ class ScriptPlayer {
   Outcome giveInput(const ScriptLine& line);
   Outcome answer(const ScriptLine& line);
   Outcome expect(const ScriptLine& line);
+  Outcome read(const ScriptLine& line);
   Outcome sleep(const ScriptLine& line);
   void deliverNow(const ScriptLine& line);
   Outcome fail(const ScriptLine& line, const std::string& what);

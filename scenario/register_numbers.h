@@ -21,8 +21,8 @@ inline constexpr int32_t MouthRunningRegister = 9;   ///< slot whose mouth moves
 
 // Picture slot 0 is the narrow one; slots 1 to 5 are alike, ten registers apart.
 inline constexpr int32_t Slot0SpeakerRegister = 10, Slot0MouthRunningRegister = 11,
-                         Slot0MouthXRegister = 14, Slot0MouthYRegister = 15,
-                         Slot0MouthKeyRegister = 16;
+                         Slot0ClearedRegister = 12, Slot0MouthXRegister = 14,
+                         Slot0MouthYRegister = 15, Slot0MouthKeyRegister = 16;
 inline constexpr int32_t PictureSlotBaseRegister = 20, PictureSlotStride = 10, PictureSlotCount = 5;
 
 inline constexpr int32_t BgmLastRegister = 48, BgmCurrentRegister = 251;  ///< 0: no song
@@ -50,6 +50,8 @@ inline constexpr int32_t ChapterRegister = 2000, CalendarMonthRegister = 2001,
 
 // --- String registers: part of every save ---
 
+inline constexpr int32_t BackgroundName = 10, EventPictureName = 11;  ///< then slots 1 to 5
+inline constexpr int32_t FirstMouthFile = 21;                         ///< of slot 0; slots 1 to 5
 inline constexpr int32_t HeroFamilyName = 1, HeroGivenName = 2, SpeakerName = 30,
                          MessageAccumulator = 31, MessagePending = 32, MessageLast = 33;
 inline constexpr int32_t HistoryNames = 100, HistoryMessages = 171, HistoryLength = 71;

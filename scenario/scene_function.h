@@ -29,7 +29,7 @@ struct SceneEntry {
 };
 
 /// The number of the meeting between host and module; raised when any type below changes.
-inline constexpr uint32_t ModuleAbi = 1;
+inline constexpr uint32_t ModuleAbi = 2;
 
 /// What a module is, under the one exported name QV_MODULE_SYMBOL. The table alone answers
 /// look-ups of scenes; sc_start, END and EXCEPTION_ENTRY are not in it.

@@ -4,6 +4,7 @@
 
 #include "scenario/scene_function.h"
 #include "scenario/start/start.h"
+#include "scenario/story_tables.h"
 
 extern "C" {
 qv::SceneFunction sc_start(qv::ScenarioHost* host);

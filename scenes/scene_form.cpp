@@ -6,6 +6,7 @@
 
 #include "foundation/diagnostic.h"
 #include "scenario/resume.h"
+#include "scenario/timekeeper.h"
 
 QV_SCENE(sc_menu);
 QV_SCENE(END);
@@ -93,6 +94,14 @@ void playOpeningFilm(timekeeper& clock) {
     OpeningFilm(clock);
   } catch (const AbortDemoException&) {
     // The player has seen enough of it.
+  }
+}
+
+void cueFilm(timekeeper& clock, uint32_t timeMillis, uint32_t limitMillis) {
+  try {
+    clock.Cue(timeMillis, limitMillis);
+  } catch (const AbortDemoException&) {
+    // As above.
   }
 }
 

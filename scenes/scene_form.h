@@ -89,6 +89,8 @@ void offerSave();
 
 /// The film with its clock; in demo form the player's input ends it.
 void playOpeningFilm(timekeeper& clock);
+/// Waits for a time of the film; in demo form the player's input goes on at once.
+void cueFilm(timekeeper& clock, uint32_t timeMillis, uint32_t limitMillis);
 
 /// The step counter wraps as a machine word does; a damaged save may hold any number.
 inline void nextStep() {

@@ -16,7 +16,9 @@ void SaveOffer();
 
 /// Sets the story's date and shows the month.
 void ShowCalendar(int32_t month, int32_t day);
-/// Moves a heroine's standing.
+/// The pendant's gem by how the heroines stand, with a glint of half a second. Raises on abort.
+void UpdatePendant();
+/// Moves a heroine's standing, and shows it.
 void ChangeParameter(const char* name, int32_t amount);
 /// The name with the higher standing, a tie gives the first; either may be null, and so may the
 /// result.

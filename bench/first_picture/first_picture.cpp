@@ -6,7 +6,6 @@ using namespace qv;
 namespace {
 
 void showPicture() {
-  theScenario->CreateView("cg.view", nullptr, 0, 0, 640, 480, 0);
   theScenario->DrawTo("cg.view", "cg\\first.mcg", 0, 0, 0, 0, 0, 0);
 }
 

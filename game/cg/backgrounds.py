@@ -1,4 +1,4 @@
-"""Places: the gate on the slope, classrooms, the library, the roof, the street at night."""
+"""Places outdoors: the gate on the slope, the roof, the street at night; and what places are made of."""
 
 import math
 import random
@@ -309,237 +309,20 @@ def gate(name, weather):
     d.save(name)
 
 
-# ---- Rooms ----
-
-ROOM = {
-    'dusk': dict(
-        sky=[(0, '#6a6fb4'), (.4, '#e8948c'), (.75, '#ffd08a'), (1, '#ffe8b4')], far='#8a6a94',
-        near='#5f4a74', sun='#fff2c0', wall=('#c98f74', '#7a5668'), back=('#b98474', '#6f5068'),
-        ceiling=('#8a6478', '#5c4668'), floor=('#d99a6a', '#6f4a58'), beam='#ffc870', beamStrength=.5,
-        desk=('#e2a068', '#f8c884', '#8f5a50'), leg='#4c3c54', board=('#3f5a58', '#2c4048'),
-        frame='#6f4a54', frameLight='#f0b478', curtain=('#ffdca8', '#d48c78'), chalk='#d8dcc8'),
-    'bright': dict(
-        sky=[(0, '#3f97e4'), (.55, '#8fd0f6'), (1, '#e6f8fa')], far='#7cc0b4', near='#4aa070',
-        sun='#ffffff', wall=('#fbf3e0', '#cfd4dc'), back=('#f4ecd8', '#d0d2d8'),
-        ceiling=('#eef0ee', '#ccd6e0'), floor=('#e4c08c', '#a8805c'), beam='#fffbe0', beamStrength=.62,
-        desk=('#dca868', '#f6d49c', '#a87848'), leg='#6f7c90', board=('#3f7a62', '#2f6052'),
-        frame='#a8b4c4', frameLight='#ffffff', curtain=('#ffffff', '#cfe2f2'), chalk='#f4f8ee'),
+ROOF = {
+    'dusk': dict(sky=[(0, '#3c4a94'), (.22, '#7a6fb8'), (.42, '#e08fa4'), (.56, '#ffc48c'), (.64, '#ffeab8')],
+                 hills=(('#a8789c', '#d898a0'), ('#7c5c8c', '#a87494')), sea='#fff4d0', town=('#5f4a7c', '#7c5a84'), lights='#ffe09c',
+                 floor=('#a8889c', '#7c6a90', '#544c78'), seam='#4c446c', ledge=('#6f5c84', '#e8b4a8'), rail=('#4f4674', '#f4bca4', '#ffd8ac'),
+                 tank=('#e8b0a0', '#b48ca4', '#544a7c'), lid=('#c49cac', '#e4b4b0', '#9c80a4'), iron='#3f3868', band='#463e70', gleam='#ffe0c0'),
+    'noon': dict(sky=[(0, '#2f7fd8'), (.3, '#5fabe8'), (.55, '#a8dcf6'), (.68, '#e4f6fa')],
+                 hills=(('#8fc4d8', '#b8dfe4'), ('#5fa08c', '#8fc4a0')), sea='#ffffff', town=('#b8c8d8', '#e4ecf0'), lights='#7fa8cc',
+                 floor=('#dfe4e4', '#c4ccd2', '#a4b0bc'), seam='#8494a4', ledge=('#b4c0cc', '#f6fafc'), rail=('#7f94a8', '#e8f4fa', '#ffffff'),
+                 tank=('#ffffff', '#dbe6ee', '#94a8bc'), lid=('#c4d4de', '#f0f6fa', '#a4b8c8'), iron='#64788c', band='#8ca0b4', gleam='#ffffff'),
 }
 
 
-def desk(cam, x, z, c, parts, item=None):
-    y, w, depth = -.62, .34, .42
-    leg = c['leg']
-    for lx in (x - w, x + w):
-        for lz in (z + depth, z):
-            a, b = cam.at(lx, y - .1, lz), cam.at(lx, -1.35, lz)
-            parts.append(line(*a, *b, leg, max(1.2, 9 / z)))
-    parts += cam.box(x - w * .9, x + w * .9, y - .17, y - .03, z + .03, z + depth, c['desk'][2], c['desk'][2],
-                     mix(c['desk'][2], leg, .5))
-    parts += cam.box(x - w, x + w, y - .04, y, z, z + depth, c['desk'][0], c['desk'][1], c['desk'][2])
-    # Light along the edge towards the windows.
-    parts.append(cam.floor(x - w, x - w + .05, z, z + depth, y, '#fff6d8', opacity=.6))
-    # The chair, pushed in towards us.
-    back = z - .14
-    parts += [line(*cam.at(x + s, -.42, back), *cam.at(x + s, -1.35, back), leg, max(1, 7 / z))
-              for s in (-.17, .17)]
-    parts += cam.box(x - .2, x + .2, -.56, -.36, back, back + .04, c['desk'][0], c['desk'][1], c['desk'][2])
-    if item:
-        parts += item(cam, x, y, z)
-
-
-def umbrellaOnDesk(cam, x, y, z):
-    a, b = cam.at(x - .3, y + .03, z + .1), cam.at(x + .3, y + .03, z + .26)
-    return [line(*a, *b, '#3f6f9c', 11), line(*a, *b, '#9fdcf0', 8), line(*a, b[0] - 4, b[1] - 2, '#e8fbff', 2)]
-
-
-def classroom(name, mood, umbrella):
-    c = ROOM[mood]
-    d = Drawing(W, H)
-    cam = Camera(396, 206, 400)
-    left, right, top, low, back, near = -2.6, 3.4, 1.5, -1.35, 7.4, 1.2
-    d.add(rect(0, 0, W, H, d.linear([(0, c['ceiling'][0]), (1, c['ceiling'][1])])))
-    d.add(cam.floor(left, right, near, back, top, d.linear([(0, c['ceiling'][1]), (1, c['ceiling'][0])])))
-    d.add(cam.floor(left, right, .8, back, low, d.linear([(0, c['floor'][0]), (1, c['floor'][1])])))
-    for i in range(-10, 16):
-        x = i * .25
-        if left < x < right:
-            d.add(line(*cam.at(x, low, .9), *cam.at(x, low, back), c['floor'][1], .8, .4))
-    # Back wall with the board.
-    d.add(cam.front(left, right, low, top, back, d.linear([(0, c['back'][0]), (1, c['back'][1])], 0, 0, 1, 0)))
-    d.add(cam.front(left, right, low, low + .16, back, c['frame'], opacity=.7))
-    d.add(cam.front(-1.5, 2.5, -.3, .92, back - .02, c['desk'][2]),
-          cam.front(-1.42, 2.42, -.22, .85, back - .03, d.linear([(0, c['board'][0]), (1, c['board'][1])], 0, 0, 1, 0)))
-    r = random.Random(3)
-    for row in range(3):
-        x0, y0 = cam.at(-1.2, .6 - row * .24, back - .04)
-        text = ''
-        for k in range(7 - row * 2):
-            text += f'M{x0 + k * 9:.1f} {y0:.1f}q2 {r.uniform(-4, 2):.1f} 5 0q1 3 -2 {r.uniform(2, 5):.1f}'
-        d.add(path(text, 'none', c['chalk'], 1.3, .75))
-    ux, uy = cam.at(1.7, .2, back)
-    d.add(path(f'M{ux - 15:.0f} {uy:.0f}q15 -24 30 0q-5 -4 -10 0q-5 -4 -10 0q-5 -4 -10 0M{ux:.0f} {uy - 1:.0f}v15q0 5 -5 3',
-               'none', c['chalk'], 1.3, .8))
-    d.add(*[ellipse(*cam.at(.5, 1.2, back), 13, 13, '#fffaf0', c['frame'], 2.2)])
-    cx, cy = cam.at(.5, 1.2, back)
-    d.add(path(f'M{cx:.0f} {cy:.0f}v-8M{cx:.0f} {cy:.0f}l5 4', 'none', c['leg'], 1.5))
-    # Lectern on its step.
-    d.add(*cam.box(-1.7, 2.7, low, low + .14, back - 1.1, back, c['desk'][2], c['desk'][0], c['desk'][2]))
-    d.add(*cam.box(.2, .95, low + .14, -.5, back - .9, back - .5, c['desk'][0], c['desk'][1], c['desk'][2]))
-    # Right wall with its door.
-    d.add(cam.side(right, low, top, near, back, d.linear([(0, c['back'][1]), (1, c['back'][0])], 0, 0, 1, 0)))
-    d.add(cam.side(right - .01, low, .8, 5.2, 6.4, c['desk'][2]),
-          cam.side(right - .02, -.1, .6, 5.4, 6.2, c['sky'][2][1], opacity=.55))
-    d.add(cam.side(right - .01, low, low + .16, near, back, c['frame'], opacity=.6))
-    # Window wall: the sky first, the wall's frames over it.
-    clip = d.clip(cam.side(left, -.55, 1.2, .8, back - .4, '#000'))
-    outside = [rect(0, 0, 260, 320, d.linear(c['sky']))]
-    sun = (118, 176)
-    outside.append(d.glow(*sun, 150, 130, c['sun'], .95))
-    outside += [path('M0 236C60 200 120 226 170 214C210 206 240 220 260 214V330H0Z', c['far']),
-                path('M0 268C50 240 100 262 150 244C200 232 240 240 260 236V340H0Z', c['near'])]
-    d.add(group(outside, clip=clip))
-    if mood == 'bright':
-        sub = Drawing(W, H)
-        sub.count = 500
-        cloud(sub, 60, 150, 80, '#ffffff', '#cfe8f8', 1, 8)
-        d.definitions += sub.definitions
-        d.add(group(sub.parts, clip=clip))
-    elif mood == 'dusk':
-        d.add(group([ellipse(*sun, 19, 19, '#fffbe6'),
-                     path('M0 120q60 -14 130 -4q50 6 100 -6v9q-60 14 -110 7q-70 -6 -120 6Z', '#f8b49a', opacity=.8),
-                     path('M30 96q60 -10 150 0v6q-80 -6 -150 4Z', '#b48ab4', opacity=.8)], clip=clip))
-    wall = d.linear([(0, c['wall'][0]), (1, c['wall'][1])], 1, 0, 0, 0)
-    d.add(cam.side(left, low, -.55, .8, back, wall), cam.side(left, 1.2, top, .8, back, wall))
-    d.add(cam.side(left, low, low + .16, .8, back, c['frame'], opacity=.6))
-    z = back - .4
-    d.add(cam.side(left, -.55, 1.2, z, back, wall))
-    while z > 1.0:
-        d.add(cam.side(left, -.55, 1.2, z - .12, z, c['frame']),
-              cam.side(left + .03, -.55, 1.2, z - .12, z - .06, c['frameLight'], opacity=.8))
-        if (z - 1.5) > .9:
-            d.add(cam.side(left, -.55, 1.2, z - .82, z - .76, c['frame'], opacity=.9))
-        z -= 1.55
-    d.add(cam.side(left, .62, .68, .8, back - .4, c['frame']))
-    d.add(cam.side(left, -.6, -.52, .8, back, c['frameLight']), cam.floor(left, left + .16, .8, back, -.52, c['frameLight'], opacity=.9))
-    # Curtains gathered between the windows.
-    for z in (7.0, 5.45, 3.9, 2.36):
-        fold = d.linear([(0, c['curtain'][1]), (.3, c['curtain'][0]), (.55, c['curtain'][1]), (.8, c['curtain'][0]), (1, c['curtain'][1])], 0, 0, 1, 0)
-        p = [cam.at(left + .06, 1.25, z + .25), cam.at(left + .06, 1.25, z - .36), cam.at(left + .06, -.2, z - .14), cam.at(left + .06, -.66, z - .26), cam.at(left + .06, -.66, z + .2), cam.at(left + .06, -.2, z + .08)]
-        d.add(polygon(p, fold, opacity=.95))
-    # Light on the floor.
-    for z in (6.2, 4.65, 3.1, 1.9):
-        d.add(cam.quad([(left + .3, low, z), (left + .3, low, z - 1.0), (1.6, low, z - 1.5), (1.6, low, z - .5)],
-                       d.linear([(0, c['beam'], c['beamStrength'] * 1.3), (1, c['beam'], .08)], 0, 0, 1, 0)))
-    parts = []
-    places = [(x, z) for z in (5.2, 3.9, 2.6) for x in (-1.7, -.55, .6, 1.75)]
-    for x, z in places:
-        desk(cam, x, z, c, parts, umbrellaOnDesk if umbrella and (x, z) == (-.55, 2.6) else None)
-    d.add(*parts)
-    # Slanting light, dust in it.
-    for x, w in ((40, 60), (150, 46), (214, 30)):
-        d.add(polygon([(x, 60), (x + w, 70), (x + w + 290, 470), (x + 170, 480)],
-                      d.linear([(0, c['beam'], 0), (.22, c['beam'], c['beamStrength'] * .42), (1, c['beam'], 0)])))
-    for _ in range(46):
-        x, y = r.uniform(60, 420), r.uniform(110, 420)
-        d.add(ellipse(x, y, r.uniform(.6, 1.5), r.uniform(.6, 1.5), c['sun'], opacity=r.uniform(.3, .8)))
-    d.add(rect(0, 0, W, H, d.linear([(0, '#2c2448', 0), (.55, '#2c2448', 0), (1, '#2c2448', .3 if mood == 'dusk' else .12)], 0, 0, 1, .5)))
-    d.save(name)
-
-
-def bookRow(d, cam, x, z1, z2, y, height, seed, tones, parts):
-    """Spines along a shelf at the wall x, seen from the aisle."""
-    r = random.Random(seed)
-    z = z2
-    while z > z1 + .03:
-        w = r.uniform(.05, .1)
-        h = height * r.uniform(.68, .94)
-        tone = r.choice(tones)
-        parts.append(cam.side(x, y, y + h, max(z1, z - w), z, tone))
-        if r.random() < .35:
-            parts.append(cam.side(x, y + h * .66, y + h * .76, max(z1, z - w), z, '#e4c47c', opacity=.7))
-        z -= w
-
-
-def library(name):
-    d = Drawing(W, H)
-    cam = Camera(320, 196, 420)
-    d.add(rect(0, 0, W, H, d.linear([(0, '#2c2438'), (1, '#3c2a34')])))
-    low, top, back = -1.4, 1.75, 7.2
-    d.add(cam.floor(-3, 3, .8, back, low, d.linear([(0, '#8a5a40'), (1, '#3f2a30')])))
-    for i in range(-9, 10):
-        d.add(line(*cam.at(i * .32, low, .9), *cam.at(i * .32, low, back), '#2c1e28', 1, .5))
-    # Back wall with a tall window on rain at night-fall.
-    d.add(cam.front(-3, 3, low, top, back, d.linear([(0, '#4c3c4c'), (1, '#7a5648')])))
-    d.add(cam.floor(-3, 3, .8, back, top, d.linear([(0, '#241e30'), (1, '#3c3040')])))
-    x1, y1 = cam.at(-.95, 1.45, back)
-    x2, y2 = cam.at(.95, -.5, back)
-    d.add(rect(x1 - 6, y1 - 6, x2 - x1 + 12, y2 - y1 + 12, '#6a4636'),
-          rect(x1, y1, x2 - x1, y2 - y1, d.linear([(0, '#3f5a94'), (.6, '#6f8fc0'), (1, '#9db4cc')])))
-    clip = d.clip(rect(x1, y1, x2 - x1, y2 - y1, '#000'))
-    sub = crown(x1 + 10, y2 - 2, 30, ('#30466c', '#3c5a7c', '#4f7090'), 3) + crown(x2 - 6, y2 + 2, 36, ('#2c4066', '#385474', '#48688a'), 5)
-    r = random.Random(8)
-    drops = ''.join(f'M{r.uniform(x1, x2):.0f} {r.uniform(y1 - 10, y2):.0f}l-2 {r.uniform(9, 18):.0f}' for _ in range(60))
-    d.add(group(sub + [path(drops, 'none', '#dcebf8', .9, .6)], clip=clip))
-    for k in (1, 2):
-        x = x1 + (x2 - x1) * k / 3
-        d.add(line(x, y1, x, y2, '#6a4636', 3))
-    for k in (1, 2, 3):
-        y = y1 + (y2 - y1) * k / 4
-        d.add(line(x1, y, x2, y, '#6a4636', 2.4))
-    d.add(rect(x1 - 10, y2 + 4, x2 - x1 + 20, 6, '#a8744c'))
-    tones = ('#8a4440', '#a8643c', '#4c6a5c', '#3f5a74', '#b08a54', '#6a4a68', '#c4a878', '#7a3840')
-    # Shelves along both sides.
-    for side in (-1, 1):
-        x = 1.75 * side
-        parts = [cam.side(x + .02 * side, low, 1.6, 1.0, back - .3, '#2c1c22')]
-        for shelf in range(6):
-            y = low + .14 + shelf * .49
-            bookRow(d, cam, x, 1.05, back - .4, y, .44, 11 * shelf + side, tones, parts)
-            parts.append(cam.side(x - .01 * side, y - .06, y, 1.0, back - .3, '#a06c46'))
-        for z in (1.0, 2.3, 3.6, 4.9, 6.2):
-            parts.append(cam.side(x - .02 * side, low, 1.6, z, z + .09, '#8a5a3c'))
-        parts.append(cam.side(x - .02 * side, 1.52, 1.64, 1.0, back - .3, '#b47c50'))
-        d.add(*parts)
-    # Dark gathers at the far ends and towards us.
-    d.add(rect(0, 0, W, H, d.linear([(0, '#1c1630', .62), (.3, '#1c1630', .1), (.5, '#1c1630', 0), (.7, '#1c1630', .1), (1, '#1c1630', .62)], 0, 0, 1, 0)))
-    # The lamp's light.
-    lx, ly = 344, 262
-    d.add(d.glow(lx, ly + 20, 330, 230, '#ffcf7a', .62))
-    # Long table.
-    d.add(ellipse(330, 430, 260, 40, '#241620', opacity=.5))
-    table = [cam.quad([(-.95, -.62, 1.9), (1.05, -.62, 1.9), (.75, -.62, 4.3), (-.7, -.62, 4.3)],
-                      d.linear([(0, '#e8ac66'), (1, '#9c6240')])),
-             cam.front(-.95, 1.05, -.72, -.62, 1.9, '#7a4a34'),
-             cam.front(-.88, -.76, low, -.72, 1.95, '#4c2e28'), cam.front(.86, .98, low, -.72, 1.95, '#4c2e28')]
-    d.add(*table, d.glow(lx, 300, 150, 40, '#fff0b8', .9))
-    # A banker's lamp.
-    d.add(ellipse(lx, 304, 24, 6, '#7d5c22'), ellipse(lx, 302, 24, 6, '#d8ac54'),
-          path(f'M{lx} 302V258', 'none', '#7d5c22', 6), path(f'M{lx - .8} 302V258', 'none', '#e8c878', 3),
-          path(f'M{lx - 46} 262C{lx - 44} 232 {lx + 44} 232 {lx + 46} 262Z', d.linear([(0, '#2f7a66'), (1, '#7fd0a0')]), '#1f4c44', 1.6),
-          path(f'M{lx - 34} 254C{lx - 28} 242 {lx - 10} 239 {lx} 239', 'none', '#d8fbe0', 2.4, .9),
-          ellipse(lx, 262, 45, 5, '#fff6d0'), d.glow(lx, 264, 120, 56, '#fff4c4', .8))
-    # Books, cards and the key on the table.
-    for i, (w, tone) in enumerate(((84, '#7a3840'), (74, '#3f5a74'), (66, '#4c6a5c'))):
-        y = 336 - i * 12
-        d.add(rect(208 - w / 2 + i * 3, y, w, 12, tone, '#2c1c22', 1.2, r=2), rect(208 - w / 2 + i * 3 + w - 9, y + 2, 8, 8, '#f3ead2'),
-              rect(208 - w / 2 + i * 3 + 10, y + 3, 4, 6, '#e4c47c'))
-    d.add(polygon([(404, 330), (452, 318), (500, 330), (452, 344)], '#f6ecd2', '#8a6a48', 1.2),
-          path('M452 318V344M414 331L446 323M418 335L447 328M458 323L490 331M458 328L486 336', 'none', '#a88a64', 1),
-          polygon([(300, 344), (338, 338), (346, 350), (306, 357)], '#fbf3de', '#a88a64', 1),
-          path('M310 348l24 -4M312 352l20 -3', 'none', '#a88a64', .9),
-          ellipse(364, 350, 6, 3.4, 'none', '#7d5c22', 3.4), path('M370 350l22 4m-6 -1l-1 5m5 -4l-1 4', 'none', '#7d5c22', 3.2),
-          ellipse(364, 349.4, 6, 3.4, 'none', '#f0cc74', 2), path('M370 349.4l22 4m-6 -1l-1 4m5 -3l-1 3', 'none', '#f0cc74', 1.9))
-    for _ in range(40):
-        d.add(ellipse(r.uniform(150, 520), r.uniform(120, 330), 1, 1, '#ffe8b0', opacity=r.uniform(.2, .7)))
-    d.save(name)
-
-
-def roof(name):
-    d = Drawing(W, H)
-    sky(d, [(0, '#3c4a94'), (.22, '#7a6fb8'), (.42, '#e08fa4'), (.56, '#ffc48c'), (.64, '#ffeab8')])
+def duskSky(d):
     d.add(d.glow(150, 286, 330, 210, '#fff0b4', .9))
-    cam = Camera(330, 300, 420)
     for i, (x, y, s, t, l, o) in enumerate(((470, 120, 190, '#a88cc4', '#f4a49c', .9), (140, 80, 150, '#8478bc', '#d894b0', .85),
                                             (330, 196, 130, '#f8b8a4', '#ffe0b0', .9), (590, 216, 120, '#e49cac', '#ffd0a4', .85),
                                             (60, 190, 100, '#f4a8a0', '#ffe4b4', .8))):
@@ -547,24 +330,19 @@ def roof(name):
     d.add(*[polygon([(150, 288), (x, -20), (x + w, -20)], d.linear([(0, '#fff0c0', 0), (1, '#fff0c0', .34)]))
             for x, w in ((20, 50), (150, 70), (300, 60), (460, 80))])
     d.add(ellipse(150, 288, 22, 22, '#fffbe4'))
-    hills(d, 316, 40, '#a8789c', 12, '#d898a0', 1)
-    hills(d, 332, 30, '#7c5c8c', 15, '#a87494', 2)
-    # The town far below.
-    r = random.Random(5)
-    x = 0
-    while x < W:
-        w, h = r.uniform(12, 34), r.uniform(6, 24)
-        d.add(rect(x, 336 - h, w, 40, mix('#5f4a7c', '#7c5a84', r.random())))
-        if r.random() < .7:
-            d.add(rect(x + w * .3, 336 - h + 4, 2.4, 2.4, '#ffe09c'))
-        x += w
-    # Roof floor with its wet shine.
-    d.add(rect(0, 340, W, 140, d.linear([(0, '#a8889c'), (.5, '#7c6a90'), (1, '#544c78')])))
-    for x in range(-12, 14):
-        d.add(line(*cam.at(x * .9, -1.2, 12), *cam.at(x * .9, -1.2, 1.6), '#4c446c', 1, .5))
-    for z in (1.9, 2.5, 3.3, 4.6, 7):
-        y = cam.at(0, -1.2, z)[1]
-        d.add(line(0, y, W, y, '#4c446c', 1, .5))
+
+
+def noonSky(d):
+    """A thunderhead that only means summer."""
+    d.add(d.glow(96, 30, 220, 170, '#ffffff', .75))
+    for i, (x, y, s, l) in enumerate(((300, 300, 190, '#b4d4ec'), (250, 262, 150, '#c0dcf0'), (356, 250, 150, '#bcd8ee'), (296, 206, 140, '#c8e2f4'),
+                                      (238, 200, 90, '#d4e8f6'), (340, 168, 100, '#d4e8f6'), (296, 140, 84, '#dceef8'))):
+        cloud(d, x, y, s, '#ffffff', l, .96, 50 + i)
+    for i, (x, y, s) in enumerate(((560, 92, 90), (440, 44, 60), (60, 148, 70))):
+        cloud(d, x, y, s, '#ffffff', '#d4e8f6', .85, 90 + i)
+
+
+def puddles(d):
     puddle = d.linear([(0, '#ffe0b0'), (.6, '#f0a4a4'), (1, '#9c84bc')])
     for x, y, rx, ry in ((150, 372, 130, 9), (250, 430, 150, 17), (520, 398, 96, 10), (70, 462, 90, 12), (560, 462, 110, 14)):
         d.add(ellipse(x, y, rx, ry, puddle, opacity=.92))
@@ -572,28 +350,61 @@ def roof(name):
         d.add(ellipse(150, 366 + i * 2.4, 20 - i * 1.5, .9, '#fffbe4', opacity=.9),
               ellipse(156 + i % 2 * 6, 417 + i * 3.8, 24 - i * 2.4, 1.3, '#fffbe4', opacity=.85))
     ripples(d, ((300, 428, 20), (520, 398, 14), (84, 462, 15)), '#fff4dc', .8)
-    # Railing; every drop on it has the sun inside.
-    d.add(rect(0, 334, W, 12, '#6f5c84'), rect(0, 334, W, 3, '#e8b4a8'))
+
+
+def roof(name, mood):
+    """At dusk after rain; at noon in summer, dry, with a shadow that is half a shadow."""
+    c, wet = ROOF[mood], mood == 'dusk'
+    d = Drawing(W, H)
+    sky(d, c['sky'])
+    cam = Camera(330, 300, 420)
+    (duskSky if wet else noonSky)(d)
+    hills(d, 316, 40, c['hills'][0][0], 12, c['hills'][0][1], 1)
+    d.add(rect(0, 314, W, 5, c['sea'], opacity=.9))  # the sea, a white line behind the town
+    hills(d, 336, 24, c['hills'][1][0], 15, c['hills'][1][1], 2)
+    # The town far below.
+    r = random.Random(5)
+    x = 0
+    while x < W:
+        w, h = r.uniform(12, 34), r.uniform(6, 24)
+        d.add(rect(x, 336 - h, w, 40, mix(*c['town'], r.random())))
+        if r.random() < .7:
+            d.add(rect(x + w * .3, 336 - h + 4, 2.4, 2.4, c['lights']))
+        x += w
+    d.add(rect(0, 340, W, 140, d.linear([(0, c['floor'][0]), (.5, c['floor'][1]), (1, c['floor'][2])])))
+    for x in range(-12, 14):
+        d.add(line(*cam.at(x * .9, -1.2, 12), *cam.at(x * .9, -1.2, 1.6), c['seam'], 1, .5))
+    for z in (1.9, 2.5, 3.3, 4.6, 7):
+        y = cam.at(0, -1.2, z)[1]
+        d.add(line(0, y, W, y, c['seam'], 1, .5))
+    if wet:
+        puddles(d)
+    else:
+        d.add(polygon([(470, 378), (616, 388), (660, 480), (420, 480), (430, 400)], '#5c7088', opacity=.42),
+              d.glow(180, 420, 260, 70, '#ffffff', .5))
+    # The railing; after rain every drop on it has the sun inside.
+    d.add(rect(0, 334, W, 12, c['ledge'][0]), rect(0, 334, W, 3, c['ledge'][1]))
     for x in range(8, W, 26):
-        d.add(line(x, 236, x, 336, '#4f4674', 2.6), line(x - 1, 236, x - 1, 336, '#f4bca4', .9))
+        d.add(line(x, 236, x, 336, c['rail'][0], 2.6), line(x - 1, 236, x - 1, 336, c['rail'][1], .9))
     for y in (236, 262):
-        d.add(line(0, y, W, y, '#4f4674', 5), line(0, y - 1.6, W, y - 1.6, '#ffd8ac', 1.5))
-    for x in range(12, W, 13):
+        d.add(line(0, y, W, y, c['rail'][0], 5), line(0, y - 1.6, W, y - 1.6, c['rail'][2], 1.5))
+    for x in range(12, W, 13) if wet else ():
         if r.random() < .75:
             y = r.choice((240, 240, 266))
             x += r.uniform(-4, 4)
             d.add(ellipse(x, y + 2, 2.1, 2.9, '#fff6d8'), d.glow(x, y + 2, 8, 8, '#fff6d8', .75))
-    # The water tank on its frame, and an umbrella's end behind it.
-    tank = d.linear([(0, '#e8b0a0'), (.25, '#b48ca4'), (1, '#544a7c')], 0, 0, 1, 0)
-    d.add(path('M478 374L492 250M604 384L590 250M540 390V250M486 320L598 336M598 316L486 336', 'none', '#3f3868', 6),
-          path('M456 372L440 340', 'none', '#3f7fb4', 9), path('M456 372L440 340', 'none', '#9fdcf0', 6),
-          path('M440 340L434 329', 'none', '#566a98', 3),
-          rect(474, 138, 132, 116, tank, r=8), ellipse(540, 140, 66, 17, '#c49cac'), ellipse(540, 138, 66, 15, '#e4b4b0'),
-          ellipse(540, 132, 18, 5, '#9c80a4'),
-          *[path(f'M474 {y}Q540 {y + 20} 606 {y}', 'none', '#463e70', 1.8, .6) for y in (166, 196, 226)],
-          path('M484 152V244', 'none', '#ffe0c0', 3, .8),
-          path('M616 130V384M634 130V384', 'none', '#3f3868', 3.4),
-          *[line(616, y, 634, y, '#3f3868', 2.4) for y in range(140, 384, 17)])
+    # The water tank on its frame; in the rain an umbrella's end behind it.
+    tank = d.linear([(0, c['tank'][0]), (.25, c['tank'][1]), (1, c['tank'][2])], 0, 0, 1, 0)
+    if wet:
+        d.add(path('M456 372L440 340', 'none', '#3f7fb4', 9), path('M456 372L440 340', 'none', '#9fdcf0', 6),
+              path('M440 340L434 329', 'none', '#566a98', 3))
+    d.add(path('M478 374L492 250M604 384L590 250M540 390V250M486 320L598 336M598 316L486 336', 'none', c['iron'], 6),
+          rect(474, 138, 132, 116, tank, r=8), ellipse(540, 140, 66, 17, c['lid'][0]), ellipse(540, 138, 66, 15, c['lid'][1]),
+          ellipse(540, 132, 18, 5, c['lid'][2]),
+          *[path(f'M474 {y}Q540 {y + 20} 606 {y}', 'none', c['band'], 1.8, .6) for y in (166, 196, 226)],
+          path('M484 152V244', 'none', c['gleam'], 3, .8),
+          path('M616 130V384M634 130V384', 'none', c['iron'], 3.4),
+          *[line(616, y, 634, y, c['iron'], 2.4) for y in range(140, 384, 17)])
     d.save(name)
 
 
@@ -650,19 +461,15 @@ def street(name):
                   rect(px - s, py - s * 1.5, 2 * s, s * .5, '#241830'), rect(px - s, py + s * 1.7, 2 * s, s * .5, '#241830'),
                   line(px - s * 1.5, py + s * .3, px + s * 1.5, py + s * .3, '#c8703c', max(.5, 2 / z), .7))
     d.add(path('M0 92Q170 168 318 236M0 118Q170 186 318 240M640 70Q500 150 342 236M640 96Q500 170 342 240', 'none', '#0c1230', 1.2))
-    ripples(d, ((250, 430, 18), (380, 446, 20), (320, 380, 11), (170, 462, 14), (470, 464, 15)), '#cfd8ff', .5)
-    rain(d, 17, 130, '#c4d0f8', .38)
     d.save(name)
 
 
 def main():
     gate('KBA014', 'rain')
     gate('KBA015', 'clear')
-    classroom('KBA021', 'dusk', True)
-    classroom('KBA041', 'bright', False)
-    library('KBA030')
-    roof('KBA040')
-    street('KBA050')
+    roof('KBA040', 'dusk')
+    roof('KBA042', 'noon')
+    street('KBA049')
 
 
 if __name__ == '__main__':

@@ -1,48 +1,14 @@
 """The message frame and its prompt, the logo, the title, masks of wipes, the strip of clouds."""
 
 import math
-import random
 
 import characters as people
+import controls
 from backgrounds import FLOWERS, hills, hydrangeaBush, cloud, crown, rain, ripples, school
-from svg import Drawing, ellipse, group, line, path, polygon, rect
+from letters import drop, lettering
+from svg import Drawing, ellipse, group, path, polygon, rect
 
 W, H = 640, 480
-
-# Letters of one unit's height, as strokes; the width follows the name.
-LETTERS = {
-    'A': (.86, 'M0 1L.43 0L.86 1M.16 .66H.7'), 'B': (.7, 'M0 0V1H.4C.8 1 .8 .48 .4 .48H0M0 0H.36C.7 0 .7 .48 .36 .48'),
-    'E': (.6, 'M.6 0H0V1H.6M0 .48H.5'), 'I': (.0, 'M0 0V1'), 'L': (.56, 'M0 0V1H.56'),
-    'N': (.76, 'M0 1V0L.76 1V0'), 'R': (.68, 'M0 1V0H.38C.78 0 .78 .54 .38 .54H0M.36 .54L.68 1'),
-    'V': (.84, 'M0 0L.42 1L.84 0'), 'Q': (.96, 'M.48 0C-.16 0 -.16 1 .48 1C1.12 1 1.12 0 .48 0M.6 .74L.94 1.06'),
-}
-
-
-def drop(x, y, size, fill, outline=None, width=1.5, wide=1.0):
-    s, a, b, c = size, size * .3 * wide, size * .82 * wide, size * .45 * wide
-    return path(f'M{x} {y - s * 1.25:.1f}'
-                f'C{x + a:.1f} {y - s * .6:.1f} {x + b:.1f} {y - s * .25:.1f} {x + b:.1f} {y + s * .25:.1f}'
-                f'C{x + b:.1f} {y + s * .72:.1f} {x + c:.1f} {y + s:.1f} {x} {y + s:.1f}'
-                f'C{x - c:.1f} {y + s:.1f} {x - b:.1f} {y + s * .72:.1f} {x - b:.1f} {y + s * .25:.1f}'
-                f'C{x - b:.1f} {y - s * .25:.1f} {x - a:.1f} {y - s * .6:.1f} {x} {y - s * 1.25:.1f}Z',
-                fill, outline, width)
-
-
-def lettering(text, x, y, size, gap, colour, width, dropFill=None, dropLine=None):
-    """An O becomes a drop. Gives the elements and the width."""
-    parts, left = [], x
-    for letter in text:
-        if letter == 'O':
-            parts.append(drop(left + size * .41, y + size * .555, size * .47, dropFill, dropLine or colour, width * .8))
-            parts.append(ellipse(left + size * .28, y + size * .64, size * .07, size * .12, '#ffffff', opacity=.9))
-            left += size * .82 + gap
-            continue
-        wide, d = LETTERS[letter]
-        parts.append(f'<path d="{d}" transform="translate({left:.1f} {y}) scale({size})" fill="none" stroke="{colour}" '
-                     f'stroke-width="{width / size:.3f}" stroke-linecap="round" stroke-linejoin="round"/>')
-        left += wide * size + gap
-    return parts, left - gap - x
-
 
 # ---- The message frame: its middle stays open, the game's tint shows through ----
 
@@ -55,24 +21,27 @@ def messageFrame():
     d.add(path(FRAME, 'none', '#22345c', 6.4), path(FRAME, 'none', edge, 3.8),
           path('M18 10H622Q630 10 630 18V109Q630 117 622 117H18Q10 117 10 109V18Q10 10 18 10Z', 'none', '#6f9cc8', 1.2))
     # Corners: rings on water; the prompt's medallion at the foot.
-    for x, y, sx, sy in ((13, 13, 1, 1), (627, 13, -1, 1), (13, 114, 1, -1), (627, 114, -1, -1)):
+    for x, y, sx, sy in ((12, 12, 1, 1), (628, 12, -1, 1), (12, 115, 1, -1), (628, 115, -1, -1)):
         d.add(group([path('M-8 22C-2 18 2 16 4 4C16 2 18 -2 22 -8L-8 -8Z', '#2c4474', '#b4dcf2', 1.5),
                      drop(-1, 0, 5.6, '#8ed2f0', '#f4fbff', 1.3), ellipse(-2.6, 1, 1.1, 1.7, '#ffffff')],
-                    f'translate({x} {y}) scale({sx} {sy})') if sy > 0 else
+                    f'translate({x} {y}) scale({sx * .78} {sy * .78})') if sy > 0 else
               group([path('M-8 22C-2 18 2 16 4 4C16 2 18 -2 22 -8L-8 -8Z', '#2c4474', '#b4dcf2', 1.5),
                      ellipse(0, 0, 5, 5, '#8ed2f0', '#f4fbff', 1.3), ellipse(-1.8, 1.6, 1.3, 1.3, '#ffffff')],
-                    f'translate({x} {y}) scale({sx} {sy})'))
+                    f'translate({x} {y}) scale({sx * .78} {sy * .78})'))
     d.add(path('M284 123C298 123 300 116 306 112M356 123C342 123 340 116 334 112', 'none', '#22345c', 4.6),
           path('M284 123C298 123 300 116 306 112M356 123C342 123 340 116 334 112', 'none', '#b4dcf2', 2))
     for side in (-1, 1):
         for k, r in ((0, 2.6), (1, 2), (2, 1.5)):
             d.add(ellipse(320 + side * (44 + k * 11), 119, r, r, '#e4f6ff', '#22345c', .8))
-    # Under the name: a thread of rain, at its end an umbrella.
-    d.add(path('M18 48H216', 'none', '#22345c', 2.6), path('M18 47.4H216', 'none', '#b4dcf2', 1.2),
-          path('M222 49C223 41 229 38 234 38C239 38 245 41 246 49Q243 46.500 240 49Q237 46.500 234 49Q231 46.500 228 49Q225 46.500 222 49Z',
-               '#8ed2f0', '#22345c', 1.3), path('M234 38V56Q234 59.500 231 59', 'none', '#22345c', 1.6))
+    # Under the name: a thread of rain, at its end an umbrella that stays above the words.
+    thread = d.linear([(0, '#b4dcf2', .2), (.3, '#b4dcf2'), (1, '#b4dcf2')], 0, 0, 1, 0)
+    d.add(rect(14, 46.4, 208, 2.4, '#22345c'), rect(14, 46.8, 208, 1.2, thread),
+          group([path('M222 49C223 41 229 38 234 38C239 38 245 41 246 49Q243 46.5 240 49Q237 46.5 234 49Q231 46.5 228 49Q225 46.5 222 49Z',
+                      '#8ed2f0', '#22345c', 1.3), path('M234 38V56Q234 59.5 231 59', 'none', '#22345c', 2.6),
+                 path('M234 49V56Q234 59 231.5 58.6', 'none', '#b4dcf2', 1.1)], 'translate(59 5.5) scale(.72)'))
     # Between text and buttons.
     d.add(*[drop(540, 30 + i * 19, 3 - abs(i - 2) * .4, '#9cd4f0', '#22345c', 1) for i in range(5)])
+    d.add(*controls.frameButtons(d))
     d.save('mframe')
     d = Drawing(640, 127)
     d.add('<g shape-rendering="crispEdges">', path('M14 1H626Q639 1 639 14V113Q639 126 626 126H14Q1 126 1 113V14Q1 1 14 1Z', '#ffffff'), '</g>')

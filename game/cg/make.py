@@ -3,7 +3,11 @@
 
 import backgrounds
 import characters
+import controls
+import events
 import interface
+import rooms
+import testcard
 
-for module in (characters, backgrounds, interface):
+for module in (characters, backgrounds, rooms, interface, controls, events, testcard):
     module.main()

@@ -20,11 +20,11 @@ QV_SCENE(sc_menu);
 namespace {
 
 constexpr int32_t Width = 640, Height = 480;
-constexpr int32_t SpriteY = 40;
+constexpr int32_t SpriteY = 20;
 constexpr int32_t BlinkCells = 8, MouthCells = 3;
 
 const std::array Backgrounds{"cg\\KBA014.mcg", "cg\\KBA015.mcg", "cg\\KBA021.mcg", "cg\\KBA030.mcg",
-                             "cg\\KBA040.mcg", "cg\\KBA041.mcg", "cg\\KBA050.mcg"};
+                             "cg\\KBA040.mcg", "cg\\KBA041.mcg", "cg\\KBA049.mcg"};
 /// Two skies over one place, with one table of colours for both.
 const std::array Gates{"cg\\KBA014.mcg", "cg\\KBA015.mcg"};
 const std::array Masks{"dat\\mask01.mcg", "dat\\mask02.mcg", "dat\\mask03.mcg", "dat\\mask04.mcg"};
@@ -116,7 +116,7 @@ void sprites() {
   };
   bring(9, 2);
   for (const Entrance& entrance :
-       {Entrance{"cg\\KUS001.mcg", 40, 3}, Entrance{"cg\\KUS011.mcg", 340, 11}}) {
+       {Entrance{"cg\\KDS012.mcg", 20, 3}, Entrance{"cg\\KDS022.mcg", 330, 11}}) {
     const SurfaceHandle sprite("reel.surf", entrance.file, DestroyWithHandle);
     if (!sprite.surface()) continue;
     takeOwnColours(screen(), entrance.file);
@@ -128,12 +128,12 @@ void sprites() {
 
 /// A mouth that speaks and a prompt that blinks, each on a thread of its own.
 void animations() {
-  for (const char* file : {"cg\\KUM001.mcg", "dat\\Blink.mcg"})
+  for (const char* file : {"cg\\Kds012_a.mcg", "dat\\Blink.mcg"})
     takeOwnColours(screen(), file);
-  const Rectangle mouthPlace = Rectangle::at(40 + 114, SpriteY + 132, 32, 24);
+  const Rectangle mouthPlace = Rectangle::at(20 + 136, SpriteY + 125, 32, 24);
   const Rectangle blinkPlace = Rectangle::at(Width / 2 - 8, Height - 30, 16, 24);
   theScenario->CreateObject("reel.mouth", TypeAnimationSurface,
-                            {"cg\\KUM001.mcg", MouthCells, KeyTopLeft});
+                            {"cg\\Kds012_a.mcg", MouthCells, KeyTopLeft});
   theScenario->CreateObject("reel.speech", TypeAnimationSequence,
                             {"A5[.]C5[.]B5[.]A5[.]B5[.]C5[.]B5[.]A5[.]", 0});
   theScenario->CreateObject("reel.mouth.Area", TypeAnimationArea, {&mouthPlace});
@@ -161,7 +161,7 @@ void windows() {
   const ViewHandle message("reel.mess", nullptr, Rectangle::at(0, MessageTop, Width, MessageHeight),
                            nullptr, 0, DestroyWithHandle);
   // The frame is open in the middle: the night lies behind it.
-  theScenario->DrawTo("reel.mess", "cg\\KBA050.mcg", 0, 0, Width, MessageHeight, 0, MessageTop);
+  theScenario->DrawTo("reel.mess", "cg\\KBA049.mcg", 0, 0, Width, MessageHeight, 0, MessageTop);
   takeOwnColours(*message.surface(), "dat\\mframe.mcg");
   theScenario->DrawTo("reel.mess", "dat\\mframe.mcg", 0, 0, 0, 0, 0, 0, 1, KeyTopLeft);
   const SurfaceHandle shape("reel.shape", "dat\\mframeR.mcg", DestroyWithHandle);
@@ -169,7 +169,7 @@ void windows() {
   look(8);
   const FrameHandle frame("reel.win", nullptr, Rectangle::at(120, 90, 320, 200), caption.c_str(),
                           WindowFramed, DestroyWithHandle);
-  theScenario->DrawTo("reel.win", "cg\\KBA050.mcg", 0, 0, 320, 200, 160, 120, 38);
+  theScenario->DrawTo("reel.win", "cg\\KBA049.mcg", 0, 0, 320, 200, 160, 120, 38);
   look(30);
 }
 
@@ -213,7 +213,6 @@ void destroyAnimations() {
 QV_SCENE(sc_reel) {
   SetSceneName("sc_reel");
   SceneEnter();
-  theScenario->CreateView("cg.view", nullptr, 0, 0, Width, Height, 0);
   try {
     everyEffect();
     shapeWipes();

@@ -22,7 +22,9 @@ void SpriteCommandKXS(const char* picture, int32_t slot);
 void ClearSprite(int32_t slot);  ///< 0: all slots
 /// Brings the picture to the screen by the effect of that number.
 void EffectCommand(int32_t effect, int32_t frames, int32_t constant);
+/// In four steps where effects are switched off; not at all right after a save or a load.
 void FadeToBlack(int32_t steps);
+void FadeToWhite(int32_t steps);
 void FadeScreenFast(int32_t steps);
 void DrawFile(const char* file, int32_t frames, int32_t unused, int32_t effect);
 

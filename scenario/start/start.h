@@ -9,11 +9,14 @@ namespace qv {
 
 class QVScenario;
 class ScenarioHost;
+struct StoryTables;
 
 /// What a story's table tells the start.
 struct StoryStart {
   const char* applicationName;  ///< Shift-JIS; the stem of the system file
   SceneFunction::Address firstScene;
+  const StoryTables* tables = nullptr;  ///< what its commands read; null: none
+  bool bare = false;  ///< only the screen stands, with no frame and none of its pictures
 };
 
 /// One at a time; the caller gives it back to destroyManager. Host's thread.

@@ -10,6 +10,16 @@ namespace qv::scenec {
 
 namespace {
 
+/// A branch without acts yet; of a condition that is none nothing is taken.
+Branch branchOf(const std::optional<Condition>& condition, std::string_view written, Place place) {
+  Branch branch;
+  branch.place = place;
+  branch.condition = condition ? condition->code : "false";
+  branch.words = std::string(trim(written));
+  if (condition) branch.registers = condition->registers;
+  return branch;
+}
+
 constexpr int DeepestIf = 16;
 constexpr size_t MostChoices = 3, LeastChoices = 2, MostPlaces = 7;
 const char* const NoLimit = "9999, 0";
@@ -166,7 +176,7 @@ Act SceneReader::readIf(int depth) {
     words = words.substr(0, arrow);
   }
   std::optional<Condition> condition = parseCondition(words, story_, act.place, problems_);
-  act.branches.push_back({.condition = condition ? condition->code : "false", .acts = {}});
+  act.branches.push_back(branchOf(condition, words, act.place));
   ++at_;
   if (oneLine) {
     Act go{.kind = Act::Kind::Go, .place = act.place};
@@ -200,7 +210,7 @@ Act SceneReader::readIf(int depth) {
       act.branches.push_back({});
     } else if (word == "if") {
       condition = parseCondition(rest, story_, placeOf(line), problems_);
-      act.branches.push_back({.condition = condition ? condition->code : "false", .acts = {}});
+      act.branches.push_back(branchOf(condition, rest, placeOf(line)));
     } else {
       problem(line, "write @else, or @else if CONDITION.");
       act.branches.push_back({});
@@ -243,7 +253,7 @@ void SceneReader::readCommand(const Line& line, std::vector<Act>& acts) {
     return;
   }
   Act act{.place = placeOf(line)};
-  act.code = statementOf(*form, line.rest, story_, act.place, problems_, act.comment);
+  readStatement(*form, line.rest, story_, problems_, act);
   if (form->usesFilm) scene_->hasFilm = true;
   if (scene_->form == Scene::Form::Chain && !form->inChain)
     problem(line, NoSteps);

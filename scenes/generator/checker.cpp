@@ -10,20 +10,15 @@ namespace {
 
 using SeeOption = std::function<void(const Option&)>;
 
-void eachTarget(const std::vector<Act>& acts, const SeeOption& see) {
-  for (const Act& act : acts) {
-    for (const Option& option : act.options)
-      if (!option.target.empty()) see(option);
-    for (const Branch& branch : act.branches)
-      eachTarget(branch.acts, see);
-  }
-}
-
 void eachTarget(const Story& story, const SeeOption& see) {
-  for (const Scene& scene : story.scenes)
-    for (const StepList& list : scene.lists)
-      for (const Step& step : list.steps)
-        eachTarget(step, see);
+  const auto seeAll = [&](const std::vector<Option>& options) {
+    for (const Option& option : options)
+      if (!option.target.empty()) see(option);
+  };
+  for (const Scene& scene : story.scenes) {
+    eachAct(scene, [&](const Act& act) { seeAll(act.options); });
+    seeAll(scene.ways);
+  }
 }
 
 /// Every scene can be left for the title.

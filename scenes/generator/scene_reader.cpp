@@ -42,7 +42,20 @@ void SceneReader::readHandwritten() {
   Scene scene;
   scene.form = Scene::Form::Handwritten;
   scene.place = placeOf(here());
-  scene.name = sceneNameOf(here());
+  const Line& line = here();
+  scene.name = sceneNameOf(line);
+  std::string_view rest;
+  firstWord(line.rest, rest);
+  size_t length = 0;
+  if (const size_t arrow = findArrow(rest, length); arrow == 0) {
+    for (const std::string& target : words(rest.substr(length))) {
+      std::string found;
+      if (targetOf(target, line, found))
+        scene.ways.push_back({.target = found, .place = scene.place});
+    }
+  } else if (!rest.empty()) {
+    problem(line, "write where the scene leads as @handwritten NAME → SCENE SCENE.");
+  }
   ++at_;
   story_.scenes.push_back(std::move(scene));
 }
@@ -176,20 +189,6 @@ void SceneReader::checkLists(const Scene& scene) {
   checkListRegisters(scene);
 }
 
-namespace {
-
-/// Calls `see` with every statement that writes a register.
-template <typename See>
-void eachCall(const std::vector<Act>& acts, const See& see) {
-  for (const Act& act : acts) {
-    if (act.kind == Act::Kind::Call) see(act);
-    for (const Branch& branch : act.branches)
-      eachCall(branch.acts, see);
-  }
-}
-
-}  // namespace
-
 // The step number is shared by all parts: a part that changes what chose it would go on in the
 // middle of another.
 void SceneReader::checkListRegisters(const Scene& scene) {
@@ -198,8 +197,8 @@ void SceneReader::checkListRegisters(const Scene& scene) {
       const std::string target = "Reg(" + std::to_string(number) + ")";
       for (const StepList& list : scene.lists) {
         for (const Step& step : list.steps) {
-          eachCall(step, [&](const Act& act) {
-            if (act.code.find(target) != std::string::npos)
+          eachAct(step, [&](const Act& act) {
+            if (act.kind == Act::Kind::Call && act.code.find(target) != std::string::npos)
               problems_.add(act.place, "register " + std::to_string(number) +
                                            " chooses the part of this scene that runs (@when " +
                                            asked.words + "); change it in another scene.");

@@ -176,9 +176,12 @@ bool opensQuote(std::string_view text) {
 
 }  // namespace
 
-std::string statementOf(const CommandForm& form, std::string_view rest, const Story& story,
-                        Place place, Problems& problems, std::string& comment) {
-  ArgumentReader reader(form, story, place, problems, comment);
+void readStatement(const CommandForm& form, std::string_view rest, const Story& story,
+                   Problems& problems, Act& act) {
+  act.kind = Act::Kind::Call;
+  act.command = form.name;
+  const Place place = act.place;
+  ArgumentReader reader(form, story, place, problems, act.comment);
   std::vector<std::string> values;
   bool good = true;
   for (const Argument& argument : form.arguments) {
@@ -193,20 +196,21 @@ std::string statementOf(const CommandForm& form, std::string_view rest, const St
       if (!argument.fallback) {
         problems.add(
             place, std::string(argument.name) + " is missing; the form is " + usageOf(form) + ".");
-        return {};
+        return;
       }
       values.emplace_back(argument.fallback);
       continue;
     }
+    act.arguments.push_back(word);
     values.push_back(reader.codeOf(argument, word));
     good = good && !values.back().empty();
   }
   if (!rest.empty()) {
     problems.add(place, "\"" + std::string(rest) + "\" is too much here; the form is " +
                             usageOf(form) + ".");
-    return {};
+    return;
   }
-  return good ? filled(form.code, values) : std::string();
+  if (good) act.code = filled(form.code, values);
 }
 
 bool isHeading(std::string_view line, const Story& story) {

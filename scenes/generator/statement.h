@@ -10,10 +10,10 @@
 
 namespace qv::scenec {
 
-/// The C++ statement of a command. Wrong arguments are told and give an empty statement.
-/// `comment` takes the texts that the statement holds as bytes.
-std::string statementOf(const CommandForm& form, std::string_view arguments, const Story& story,
-                        Place place, Problems& problems, std::string& comment);
+/// Makes the act a call of the command at its place: the C++ statement, the words it is made of,
+/// the texts that it holds as bytes. Wrong arguments are told and give an empty statement.
+void readStatement(const CommandForm& form, std::string_view arguments, const Story& story,
+                   Problems& problems, Act& act);
 
 /// Who speaks: "NAME [VOICE]: TEXT". Narration has no heading; a colon in front forces it.
 struct Heading {

@@ -14,8 +14,11 @@ namespace qv::scenec {
 struct Act;
 
 struct Branch {
-  std::string condition{};  ///< C++; empty: the last branch, taken when no other is
-  std::vector<Act> acts;    // no initialiser: it would need Act whole
+  std::string condition{};       ///< C++; empty: the last branch, taken when no other is
+  std::string words{};           ///< the condition as it was written
+  std::vector<int> registers{};  ///< that the condition reads
+  Place place{};
+  std::vector<Act> acts;  // no initialiser: it would need Act whole
 };
 
 /// A choice or a place with the scene it leads to.
@@ -41,6 +44,8 @@ struct Act {
   Kind kind = Kind::Call;
   Place place{};
   std::string code{};
+  std::string command{};                 ///< of a Call: its word, without the sign
+  std::vector<std::string> arguments{};  ///< of a Call: its words as they were written
   std::string comment{};  ///< the text that `code` holds as bytes, for who reads the C++
   std::string speaker{}, voice{};
   std::vector<std::string> lines{};
@@ -66,16 +71,44 @@ struct Scene {
   Place place{};
   bool chapter = true;            ///< a chain scene may go without SetChapter
   bool hasFilm = false;           ///< uses the film's clock
+  std::vector<Option> ways{};     ///< where a hand-written scene leads, as the writer says
   std::vector<StepList> lists{};  ///< a chain scene has one of one step
+};
+
+/// A speaker of story.txt. One stands for several rows of the table: see tablesCode.
+struct SpeakerData {
+  std::string name{}, tag{};
+  std::string shown{}, printed{};  ///< empty: by the rule
+  int speakerClass = 0;
+  bool plain = true;  ///< the tag is the name's own
+  Place place{};
+};
+
+struct MouthData {
+  std::string speaker{}, file{};  ///< no file: the speaker stands there without a mouth
+  int slot = 1, x = 0, y = 0, key = -2;
+};
+
+/// A figure, or a picture with the mouths in it.
+struct PictureData {
+  std::string name{}, file{};
+  std::string speaker{};  ///< a figure's
+  int x = 0, y = 0;
+  std::vector<MouthData> mouths{};
+  Place place{};
 };
 
 struct Story {
   std::string application = "Vorlane";
   std::string firstScene = "sc_menu";
   Place firstPlace;
+  bool bare = false;                            ///< without the standing objects
   std::map<std::string, std::string> speakers;  ///< name in the texts to tag
-  std::map<std::string, int> registers;         ///< names of registers
-  std::vector<std::string> heroines{};          ///< names that affection knows, in order
+  std::vector<SpeakerData> speakerData{};       ///< those of story.txt, in its order
+  std::vector<PictureData> sprites{}, pictures{};
+  std::string familyName{}, givenName{};  ///< the hero's on a first start
+  std::map<std::string, int> registers;   ///< names of registers
+  std::vector<std::string> heroines{};    ///< names that affection knows, in order
   std::vector<Scene> scenes{};
   std::vector<Act> globals{};  ///< C++ outside of scenes
 };
@@ -87,6 +120,22 @@ bool isSceneName(const std::string& name);
 std::string chapterOf(const std::string& name);
 /// Scenes that every story has without writing them.
 bool isEngineScene(const std::string& name);
+
+/// Calls `see` with every act of the list and of the branches in it.
+template <typename See>
+void eachAct(const std::vector<Act>& acts, const See& see) {
+  for (const Act& act : acts) {
+    see(act);
+    for (const Branch& branch : act.branches)
+      eachAct(branch.acts, see);
+  }
+}
+template <typename See>
+void eachAct(const Scene& scene, const See& see) {
+  for (const StepList& list : scene.lists)
+    for (const Step& step : list.steps)
+      eachAct(step, see);
+}
 
 /// True when nothing behind the act can be reached.
 bool alwaysLeaves(const Act& act);

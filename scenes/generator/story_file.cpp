@@ -5,6 +5,7 @@
 #include "scenario/register_numbers.h"
 #include "scenes/generator/lines.h"
 #include "scenes/generator/parser.h"
+#include "scenes/generator/story_rows.h"
 #include "scenes/generator/text.h"
 
 namespace qv::scenec {
@@ -28,9 +29,11 @@ class StoryReader {
       void (StoryReader::*read)(std::string_view rest);
     };
     static constexpr Entry Entries[] = {
-        {"game", &StoryReader::game},       {"first", &StoryReader::first},
-        {"speaker", &StoryReader::speaker}, {"register", &StoryReader::nameRegister},
-        {"heroine", &StoryReader::heroine},
+        {"game", &StoryReader::game},        {"first", &StoryReader::first},
+        {"speaker", &StoryReader::speaker},  {"register", &StoryReader::nameRegister},
+        {"heroine", &StoryReader::heroine},  {"hero", &StoryReader::hero},
+        {"figure", &StoryReader::spriteRow}, {"picture", &StoryReader::pictureRow},
+        {"bare", &StoryReader::bare},
     };
     std::vector<std::string> known;
     for (const Entry& entry : Entries) {
@@ -47,7 +50,8 @@ class StoryReader {
     problem(
         "story.txt knows no \"@" + line.command + "\"." +
         problems_.suggestion(line.command, known,
-                             " Its commands are @game, @first, @speaker, @register and @heroine."));
+                             " Its commands are @game, @first, @hero, @speaker, @figure, @picture, "
+                             "@register, @heroine and @bare."));
   }
 
  private:
@@ -86,18 +90,17 @@ class StoryReader {
       problem("\"" + name + "\" is no name of a scene.");
   }
 
-  void speaker(std::string_view rest) {
-    const std::string name = firstWord(rest, rest);
-    if (name.empty()) {
-      problem("write @speaker NAME, or @speaker NAME 【　TAG　】.");
-      return;
-    }
-    if (story_.speakers.count(name) != 0)
-      problem("the speaker \"" + name + "\" is there already; remove one of the two.");
-    if (name.find(':') != std::string::npos || name.find("：") != std::string::npos)
-      problem("a speaker's name cannot hold a colon.");
-    story_.speakers[name] = rest.empty() ? "【　" + name + "　】" : std::string(rest);
+  void bare(std::string_view rest) {
+    if (rest.empty())
+      story_.bare = true;
+    else
+      problem("write @bare alone.");
   }
+
+  void speaker(std::string_view rest) { readSpeaker(rest, place_, story_, problems_); }
+  void hero(std::string_view rest) { readHero(rest, place_, story_, problems_); }
+  void spriteRow(std::string_view rest) { readSpriteRow(rest, place_, story_, problems_); }
+  void pictureRow(std::string_view rest) { readPictureRow(rest, place_, story_, problems_); }
 
   void nameRegister(std::string_view rest) {
     const std::vector<std::string> list = words(rest);

@@ -127,7 +127,7 @@ std::vector<CommandForm> makeForms() {
        {{.name = "demo", .kind = Number, .low = 1, .words = "demo=1", .fallback = "0"}},
        false,
        true},
-      {"film-cue", "film.Cue($1, $2);", {millis("MILLIS"), millis("LIMIT")}, false, true},
+      {"film-cue", "cueFilm(film, $1, $2);", {millis("MILLIS"), millis("LIMIT")}, false, true},
       {"film-wait", "film.CueWait($1);", {millis("MILLIS")}, false, true},
   };
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <set>
 
+#include "scenes/generator/story_rows.h"
 #include "scenes/generator/text.h"
 
 namespace qv::scenec {
@@ -14,10 +15,10 @@ namespace {
 constexpr size_t ScenesPerUnit = 20;
 constexpr const char* Areas[] = {"select01Title", "select02Title", "select03Title"};
 
-/// Which unit takes a scene: FNV-1a of the name.
-size_t unitOf(const std::string& name, size_t units) {
+/// Which unit takes a scene: FNV-1a of its key.
+size_t unitOf(const std::string& key, size_t units) {
   uint32_t hash = 2166136261u;
-  for (const char byte : name)
+  for (const char byte : key)
     hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;
   return hash % units;
 }
@@ -240,14 +241,30 @@ void UnitWriter::scene(const Scene& scene) {
 }
 
 /// `ownCpp` becomes true where the writer's own C++ stands, which may name any scene.
-void collectTargets(const std::vector<Act>& acts, std::set<std::string>& targets, bool& ownCpp) {
-  for (const Act& act : acts) {
-    ownCpp = ownCpp || act.kind == Act::Kind::Cpp;
-    for (const Option& option : act.options)
-      if (!option.target.empty()) targets.insert(option.target);
-    for (const Branch& branch : act.branches)
-      collectTargets(branch.acts, targets, ownCpp);
-  }
+void collectTargets(const Act& act, std::set<std::string>& targets, bool& ownCpp) {
+  ownCpp = ownCpp || act.kind == Act::Kind::Cpp;
+  for (const Option& option : act.options)
+    if (!option.target.empty()) targets.insert(option.target);
+}
+
+bool holds(const Story& story, int file) {
+  return std::ranges::any_of(story.scenes,
+                             [file](const Scene& scene) { return scene.place.file == file; });
+}
+
+/// The writer's own C++ of a text goes with its scenes, or into every unit if the text has none.
+bool belongsTo(int file, const std::vector<const Scene*>& scenes, const Story& story) {
+  const bool here =
+      std::ranges::any_of(scenes, [file](const Scene* scene) { return scene->place.file == file; });
+  return here || !holds(story, file);
+}
+
+/// Scenes go by their own name; those of a text with C++ of its own stay together, by the text's.
+const std::string& unitKey(const Scene& scene, const Story& story,
+                           const std::vector<std::string>& files) {
+  const bool ownCpp = std::ranges::any_of(
+      story.globals, [&](const Act& act) { return act.place.file == scene.place.file; });
+  return ownCpp ? files[static_cast<size_t>(scene.place.file)] : scene.name;
 }
 
 std::string unitText(const std::string& name, const Story& story,
@@ -263,9 +280,7 @@ std::string unitText(const std::string& name, const Story& story,
   bool ownCpp = !story.globals.empty();
   for (const Scene* scene : scenes) {
     declared.insert(scene->name);
-    for (const StepList& list : scene->lists)
-      for (const Step& step : list.steps)
-        collectTargets(step, declared, ownCpp);
+    eachAct(*scene, [&](const Act& act) { collectTargets(act, declared, ownCpp); });
   }
   if (ownCpp)
     for (const Scene& scene : story.scenes)
@@ -277,7 +292,7 @@ std::string unitText(const std::string& name, const Story& story,
   writer.line("}");
   writer.line("using namespace qv;  // NOLINT: a unit of scenes holds nothing else");
   for (const Act& act : story.globals)
-    writer.globalCpp(act);
+    if (belongsTo(act.place.file, scenes, story)) writer.globalCpp(act);
   for (const Scene* scene : scenes)
     writer.scene(*scene);
   return writer.take();
@@ -296,9 +311,9 @@ std::string tableText(const Story& story) {
   text += "}\n\nnamespace {\n\nconstexpr qv::SceneEntry SceneTable[] = {\n";
   for (const std::string& name : names)
     text += "    {\"" + name + "\", " + name + "},\n";
-  text += "};\n\n}  // namespace\n\n";
+  text += "};\n\n" + tablesCode(story) + "}  // namespace\n\n";
   text += "extern \"C\" {\nextern const qv::StoryStart qvStoryStart{\"" + story.application +
-          "\", " + story.firstScene + "};\n";
+          "\", " + story.firstScene + ", &StoryData" + (story.bare ? ", true" : "") + "};\n";
   text +=
       "extern const qv::GameModule qvGameModule{\n"
       "    .abi = qv::ModuleAbi,\n"
@@ -329,7 +344,8 @@ std::vector<SourceFile> writeStory(const Story& story, const std::vector<std::st
   const size_t count = static_cast<size_t>(std::max(units, 1));
   std::vector<std::vector<const Scene*>> parts(count);
   for (const Scene& scene : story.scenes)
-    if (scene.form != Scene::Form::Handwritten) parts[unitOf(scene.name, count)].push_back(&scene);
+    if (scene.form != Scene::Form::Handwritten)
+      parts[unitOf(unitKey(scene, story, files), count)].push_back(&scene);
   std::vector<SourceFile> sources;
   for (size_t index = 0; index < count; ++index) {
     char name[32];

@@ -15,8 +15,9 @@ struct SourceFile {
 };
 
 /// `units` files "scenes_000.cpp" and on, and "scene_table.cpp". A scene's unit depends on its name
-/// and the number of units alone, so that a change of one scene compiles one unit afresh.
-/// `files` are the names of the texts, `root` is put before them for the compiler's messages.
+/// and the number of units alone, so that a change of one scene compiles one unit afresh; the
+/// scenes of a text with C++ of its own stay in one unit, and with them that C++. `files` are the
+/// names of the texts, `root` is put before them for the compiler's messages.
 std::vector<SourceFile> writeStory(const Story& story, const std::vector<std::string>& files,
                                    const std::string& root, int units);
 /// Some twenty scenes each.

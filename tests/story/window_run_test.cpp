@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <regex>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -86,15 +87,21 @@ TEST_F(WindowRunTest, KeysAndClicksStepTheScenesAndClosingEndsWithStatusZero) {
     answered = titled("Vorlane - sc000000", 20);
   }
   ASSERT_TRUE(answered);
+  EXPECT_TRUE(traced("肩がすっかり重くなった。"));
+  std::this_thread::sleep_for(200ms);  // the line is told just before it is waited for
   toWindow("key Return");
-  EXPECT_TRUE(traced("line 【　？？　《ベルーネ》】「傘、持っていないの？」"));
+  EXPECT_TRUE(traced("line 【　？？　】「傘、持っていないの？」"));
+  std::this_thread::sleep_for(200ms);
   toWindow("key space");
-  EXPECT_TRUE(traced("水色の傘がひとつ、こちらを見あげていた。"));
+  EXPECT_TRUE(traced("傘の下から、見なれない顔がのぞく。"));
   screenshot("line");
   toWindow("key alt+F4");
   EXPECT_EQ(game_->awaitEnd(5000), 0);
   // The record holds what the waits took; a click's place depends on nothing but the click.
-  EXPECT_EQ(readWhole(recordPath()), "@1 click 320 240\n@2 key Return\n@3 key Space\nquit\n");
+  EXPECT_TRUE(std::regex_match(readWhole(recordPath()),
+                               std::regex("@1 click 320 240\n(@\\d+ move \\d+ \\d+\n)*"
+                                          "@\\d+ key Return\n@\\d+ key Space\nquit\n")))
+      << readWhole(recordPath());
 }
 
 TEST_F(WindowRunTest, AltReturnFillsTheScreenAndComesBack) {
@@ -115,7 +122,7 @@ TEST_F(WindowRunTest, AltReturnFillsTheScreenAndComesBack) {
   EXPECT_FALSE(filled);
   toWindow("key alt+F4");
   EXPECT_EQ(game_->awaitEnd(5000), 0);
-  EXPECT_EQ(readWhole(recordPath()), "quit\n") << "the game has seen no key";
+  EXPECT_EQ(readWhole(recordPath()).find("key"), std::string::npos) << "the game has seen no key";
 }
 
 TEST_F(WindowRunTest, ClosingWhileMinimisedEndsWithStatusZero) {

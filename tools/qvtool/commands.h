@@ -16,6 +16,8 @@ void addPaletteCommands(CLI::App& program);
 void addMapCommands(CLI::App& program);
 void addSongCommands(CLI::App& program);
 void addFontCommands(CLI::App& program);
+void addCursorCommands(CLI::App& program);
 void addReelCommand(CLI::App& program);
+void addStoryCommands(CLI::App& program);
 
 }  // namespace qv::tool

@@ -28,7 +28,9 @@ int main(int count, char** arguments) {
   qv::tool::addMapCommands(program);
   qv::tool::addSongCommands(program);
   qv::tool::addFontCommands(program);
+  qv::tool::addCursorCommands(program);
   qv::tool::addReelCommand(program);
+  qv::tool::addStoryCommands(program);
   try {
     program.parse(count, arguments);
   } catch (const CLI::Success& help) {

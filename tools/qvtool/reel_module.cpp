@@ -17,7 +17,7 @@ namespace {
 
 constexpr int32_t ScreenViewWidth = 640, ScreenViewHeight = 480;
 constexpr int32_t PaletteFade = 9, FirstRotation = 60, LastRotation = 63;
-constexpr const char* ScreenView = "cg.view";
+constexpr const char* ScreenView = "reel.view";
 
 /// Escape, or the right button.
 struct ReelLeft {};
@@ -81,7 +81,7 @@ SceneFunction reelScene() {
 }
 
 SceneFunction startReel(ScenarioHost* host) {
-  return startStory(host, {"qvtool reel", reelScene});
+  return startStory(host, {"qvtool reel", reelScene, nullptr, true});
 }
 
 constexpr SceneEntry Scenes[] = {{"reel", reelScene}};

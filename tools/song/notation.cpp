@@ -60,7 +60,8 @@ class Speller {
                                                  "f#", "g",  "g#", "a",  "a#", "b"};
     static constexpr std::string_view Flat[] = {"c",  "db", "d",  "eb", "e",  "f",
                                                 "gb", "g",  "ab", "a",  "bb", "b"};
-    std::string name((song_.sharps < 0 ? Flat : Sharp)[key % 12]);
+    const std::span<const std::string_view, 12> names(song_.sharps < 0 ? Flat : Sharp);
+    std::string name(names[static_cast<size_t>(key % 12)]);
     // What the key signature would change needs its natural sign.
     static constexpr std::string_view Sharps = "fcgdaeb", Flats = "beadgcf";
     const std::string_view order = song_.sharps < 0 ? Flats : Sharps;

@@ -16,7 +16,7 @@ extern "C" SceneFunction END();
 
 namespace {
 
-constexpr const char* Screen = "cg.view";
+constexpr const char* Screen = "card.view";
 constexpr const char* Old = "old.card";
 constexpr const char* New = "new.card";
 
@@ -159,6 +159,7 @@ void scrolling() {
 QV_SCENE(sc_menu) {
   SetSceneName("sc_menu");
   SceneEnter();
+  theScenario->ShowWindow("cg.view", 0);
   drawCards();
   theScenario->CreateView(Screen, nullptr, 0, 0, CardWidth, CardHeight, 0);
   for (const int32_t effect : {1, 3, 5, 9, 12, 20, 27, 28, 34, 38, 40, 45, 48, 51, 60})

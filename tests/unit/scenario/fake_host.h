@@ -38,7 +38,14 @@ class FakeNative : public NativeWindow {
 class FakeWindow : public WindowObject {
  public:
   int typeCode() const override { return code; }
+  /// A window that was asked for has the size that it was asked for; a frame here has no border.
+  bool clientRect(Rectangle& rectangle) const override {
+    if (client.empty()) return false;
+    rectangle = client;
+    return true;
+  }
   int code = 0;
+  Rectangle client{};
 };
 
 /// What a create request said, copied on the UI thread while the record is alive.
@@ -83,13 +90,17 @@ class FakeHost : public ScenarioHost {
     if (onInputWait) onInputWait();
   }
   void InputWaitEnded() override { ++waitsEnded; }
+  void MapWaitBegan(ClickTarget& map, bool /*keys*/) override {
+    if (onMapWait) onMapWait(map);
+  }
 
   /// Puts a window into the list without a request.
-  void addWindow(const char* name, int code) {
+  void addWindow(const char* name, int code, const Rectangle& client = {}) {
     const std::lock_guard guard(listLock);
     windows_.push_back(std::make_unique<FakeWindow>());
     windows_.back()->name.create(QVString::DefaultGrain, name);
     windows_.back()->code = code;
+    windows_.back()->client = client;
   }
   size_t windowCount() {
     const std::lock_guard guard(listLock);
@@ -110,6 +121,7 @@ class FakeHost : public ScenarioHost {
   std::vector<SeenRequest> created;
   std::vector<std::string> destroyed;
   std::function<void()> onInputWait;
+  std::function<void(ClickTarget&)> onMapWait;
   std::atomic<int> waitsBegan = 0, waitsEnded = 0;  // the other party of a wait is another thread
 
  private:
@@ -139,10 +151,12 @@ class FakeHost : public ScenarioHost {
                        std::string(request.name.view()), std::string(request.caption.view()),
                        request.captionCharacter, request.host == this,
                        message.second == reinterpret_cast<uintptr_t>(&request.typeCode)});
-    addWindow(request.name.text(), request.typeCode);
+    const Rectangle client =
+        Rectangle::at(0, 0, request.rectangle.width(), request.rectangle.height());
+    addWindow(request.name.text(), request.typeCode, client);
     request.result = FindWindowObject(request.name.text());
     if (request.frameFlag)
-      addWindow((std::string(request.name.view()) + "Client").c_str(), TypeView);
+      addWindow((std::string(request.name.view()) + "Client").c_str(), TypeView, client);
   }
 
   void destroy(const Message& message) {

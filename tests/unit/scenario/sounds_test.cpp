@@ -189,7 +189,7 @@ TEST(ManagerOfAStory, NeverTellsThatAWaitWasTooShort) {
   platform.writeFile(platform.game() / "a.wav", silentWave(10));
   FakeHost host;
   QVScenario* manager = createManager();
-  startStory(&host, {"Test", {}});
+  startStory(&host, {"Test", {}, nullptr, true});
   manager->PlayWave("a.wav", 0, 1, nullptr);
   manager->wave().wait(0);
   EXPECT_TRUE(platform.dialogs.shown.empty());

@@ -180,5 +180,46 @@ TEST(SceneLanguage, EveryStepKeepsItsUnitWhenAnotherSceneChanges) {
   EXPECT_EQ(different, 1);
 }
 
+TEST(SceneLanguage, OwnCppStandsOnceAndItsScenesBesideIt) {
+  std::string scenes = "@cpp\nstatic void mine() {}\n@end cpp\n";
+  for (int number = 10; number < 40; ++number)
+    scenes += "@scene sc0100" + std::to_string(number) + "\n@go END\n";
+  std::string others;
+  for (int number = 10; number < 40; ++number)
+    others += "@scene sc0200" + std::to_string(number) + "\n@go END\n";
+  Problems problems;
+  const std::vector<std::string> files = {"story.txt", "a.scene", "b.scene"};
+  const Story story =
+      readStory({{files[0], StoryText}, {files[1], scenes + Frame}, {files[2], others}}, problems);
+  ASSERT_EQ(problems.lines(), Lines{});
+  int units = 0, spread = 0;
+  for (const SourceFile& source : writeStory(story, files, "", 3)) {
+    if (source.name == "scene_table.cpp") continue;
+    const bool own = source.text.find("static void mine()") != std::string::npos;
+    units += own ? 1 : 0;
+    EXPECT_EQ(source.text.find("SetSceneName(\"sc0100") != std::string::npos, own) << source.name;
+    spread += source.text.find("SetSceneName(\"sc0200") != std::string::npos ? 1 : 0;
+  }
+  EXPECT_EQ(units, 1);
+  EXPECT_EQ(spread, 3);
+}
+
+TEST(SceneLanguage, OwnCppOfATextWithoutScenesIsSeenEverywhere) {
+  std::string scenes;
+  for (int number = 10; number < 40; ++number)
+    scenes += "@scene sc0100" + std::to_string(number) + "\n@go END\n";
+  Problems problems;
+  const std::vector<std::string> files = {"story.txt", "a.scene", "shared.scene"};
+  const Story story = readStory({{files[0], StoryText},
+                                 {files[1], scenes + Frame},
+                                 {files[2], "@cpp\ninline void shared() {}\n@end cpp\n"}},
+                                problems);
+  ASSERT_EQ(problems.lines(), Lines{});
+  for (const SourceFile& source : writeStory(story, files, "", 3))
+    EXPECT_EQ(source.text.find("inline void shared()") != std::string::npos,
+              source.name != "scene_table.cpp")
+        << source.name;
+}
+
 }  // namespace
 }  // namespace qv::scenec

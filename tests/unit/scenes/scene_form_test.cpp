@@ -3,13 +3,15 @@
 #include "scenes/scene_form.h"
 
 #include <deque>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
 #include "foundation/diagnostic.h"
+#include "input/click_map.h"
 #include "scenario/resume.h"
 #include "scenario/scenario.h"
-#include "tests/unit/scenario/fake_host.h"
+#include "tests/unit/scenario/view_host.h"
 
 namespace {
 /// What the scenes below did, and what their waits are given.
@@ -76,7 +78,7 @@ class SceneForm : public ::testing::Test {
   }
   ~SceneForm() override { setTheScenario(nullptr); }
   testing::TestPlatform platform;
-  testing::FakeHost host;
+  testing::ViewHost host;
   QVScenario manager;
 };
 
@@ -224,20 +226,28 @@ TEST_F(SceneForm, EverythingIsInertWithoutAManager) {
 /// A wait of a scene, given these inputs one after the other.
 class SceneWaits : public SceneForm {
  protected:
+  SceneWaits() {
+    theScenario->CreateClickMap("clmall", 640, 480, 0, 1);
+    theScenario->AddClickRect("clmall", 0, 0, 640, 480, 10);
+    theScenario->ConnectObjects("clmall", "cg.view");
+  }
   void give(std::initializer_list<int32_t> codes) {
     inputs.assign(codes);
-    host.onInputWait = [this] {
-      if (inputs.empty()) return;
+    host.onMapWait = [this](ClickTarget& map) {
+      if (inputs.empty()) throw std::runtime_error("it waits beyond what it is given");
       const int32_t code = inputs.front();
       inputs.pop_front();
-      host.deliverInput(code);
+      if (code >= FirstKeyResult)
+        host.deliverInput(code);
+      else
+        map.report(LeftButtonDown, code);
     };
   }
   std::deque<int32_t> inputs;
 };
 
 TEST_F(SceneWaits, AClickReturnAndSpaceEndALine) {
-  give({0});
+  give({10});
   EXPECT_EQ(WaitClick(9999, 0), 10);
   give({2048 + 13});
   EXPECT_EQ(WaitClick(9999, 0), 13);
@@ -246,7 +256,7 @@ TEST_F(SceneWaits, AClickReturnAndSpaceEndALine) {
 }
 
 TEST_F(SceneWaits, OtherKeysLeaveTheLineStanding) {
-  give({2048 + 65, -1, 2048 + 38, 2048 + 27, 2048 + 13});
+  give({2048 + 65, 3, 2048 + 38, 2048 + 13});
   EXPECT_EQ(WaitClick(9999, 0), 13);
   EXPECT_TRUE(inputs.empty());
 }
@@ -262,23 +272,15 @@ TEST_F(SceneWaits, ModeOneDoesNotWait) {
 
 TEST_F(SceneWaits, AnAdvanceMeansThatTheStateIsNoLongerTheSavedOne) {
   Reg(SavedStateRegister) = 1;
-  give({0});
+  give({10});
   WaitClick(9999, 0);
   EXPECT_EQ(Reg(SavedStateRegister), 0);
   EXPECT_EQ(Reg(WaitKindRegister), 0);
 }
 
-TEST_F(SceneWaits, ADigitChoosesInASelection) {
-  give({2048 + 13, 2048 + 51, 2048 + 50});
-  EXPECT_EQ(SelectMain(2), 2) << "of two choices there is no third";
-  give({2048 + 96 + 3});
-  EXPECT_EQ(SelectMain(3), 3);
-}
-
 TEST_F(SceneWaits, TheAbortLeavesASceneByItsException) {
-  host.onInputWait = [this] { host.abortEvent.set(); };
+  host.onMapWait = [this](ClickTarget&) { host.abortEvent.set(); };
   EXPECT_THROW(WaitClick(9999, 0), ExitScenarioException);
-  EXPECT_THROW(SelectMain(2), ExitScenarioException);
   EXPECT_THROW(WaitSound(5), ExitScenarioException);
 }
 

@@ -105,7 +105,7 @@ const Sentence Sentences[] = {
     {"@film", "playOpeningFilm(film);"},
     {"@film-start", "film.Restart(0);"},
     {"@film-start demo", "film.Restart(1);"},
-    {"@film-cue 1000 20000", "film.Cue(1000, 20000);"},
+    {"@film-cue 1000 20000", "cueFilm(film, 1000, 20000);"},
     {"@film-wait 3000", "film.CueWait(3000);"},
     {"@save-point", "savePoint();"},
     {"@save-offer", "offerSave();"},
