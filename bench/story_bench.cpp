@@ -230,8 +230,7 @@ int main() {
   readInside(root);
   table.atLeast("lines a second: spoken, printed, answered at once", Lines / measured.wallSeconds,
                 2000);
-  table.note("  the processor's time of a line, microseconds",
-             1e6 * measured.lineSeconds / Lines);
+  table.note("  the processor's time of a line, microseconds", 1e6 * measured.lineSeconds / Lines);
   const auto share = [&](const char* what, double seconds) {
     table.note(what, 100 * seconds / measured.lineSeconds);
   };

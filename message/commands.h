@@ -32,7 +32,7 @@ int32_t SelectMain(int32_t count);
 void HideMessageWindow();
 void HideSystemWindow();
 void ShowSystemWindow();
-/// The frame's corner as it is outside of message skip, with its buttons.
+/// The frame's corner as it is outside of message skip, with its buttons; nothing in drama mode.
 void RestoreFrameCorner();
 /// Shows the pendant where its rules ask for it.
 void RestorePendant();

@@ -6,9 +6,11 @@
 
 #include <cstdint>
 
+#include "message/commands.h"
+
 namespace qv {
 
-void HideMessageWindow();
+// HideMessageWindow and RestoreFrameCorner are commands of scenes.
 void ShowMessageWindow();
 /// The other presentation. Drama is meant to be heard: it switches all voices and effects on.
 void ToggleDramaMode();
@@ -20,8 +22,6 @@ void buildMessageFrame();
 /// The strip of the picture in place of the window, before the whole picture changes.
 void coverMessageWindow();
 
-/// The frame's corner with its buttons as it is outside of skip; nothing in drama mode.
-void RestoreFrameCorner();
 /// The corner's picture while messages are skipped.
 void showSkipCorner();
 

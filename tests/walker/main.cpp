@@ -1,5 +1,6 @@
 // walker: walks every way of a built story once, in simulated time, with the whole host around it.
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -100,8 +101,11 @@ int tell(const Walked& walked, const WalkTrace& trace, double seconds, const Wis
       "%zu lines, %zu choices gone back to, %zu scenes played for a condition, %zu entered "
       "by name behind places\n",
       trace.lines, result.again, result.tries, result.entered);
-  for (const std::string& way : result.missing)
-    std::printf("never walked: %s\n", way.c_str());
+  constexpr size_t MostTold = 20;
+  for (size_t at = 0; at < std::min(MostTold, result.missing.size()); ++at)
+    std::printf("never walked: %s\n", result.missing[at].c_str());
+  if (result.missing.size() > MostTold)
+    std::printf("and %zu more\n", result.missing.size() - MostTold);
   for (const std::string& box : trace.boxes)
     std::printf("a box: %s\n", box.c_str());
   if (!walked.failure.empty()) std::printf("%s\n", walked.failure.c_str());

@@ -1,7 +1,8 @@
 #pragma once
 
 // A display before which sits a reader who never tires: whatever the story waits for, it gets at
-// once, a key for a line, a click for a choice. It opens no window and works on both clocks.
+// once, a key for a line, a click for a choice, no for a question. It opens no window and works on
+// both clocks.
 
 #include <cstdint>
 #include <functional>
@@ -47,15 +48,18 @@ class ReadingDisplay : public HeadlessDisplay {
     const bool moves = plates && hand_ != Hand::Pressing;
     if (!moves && gate.waitOrdinal() == ordinal_) return false;
     if (!moves) ordinal_ = gate.waitOrdinal();
-    event = plates ? pointAt(kind) : keyReturn();
+    // A question takes no Return before one of its answers is lit: whoever sees it again and again
+    // says no.
+    others_ = kind == 0 ? others_ + 1 : 0;
+    event = plates ? pointAt(kind) : keyPress(others_ > PatientWaits ? KeyEscape : KeyReturn);
     ++answered_;
     return true;
   }
 
-  static DisplayEvent keyReturn() {
+  static DisplayEvent keyPress(int32_t key) {
     DisplayEvent event;
     event.kind = DisplayEvent::Kind::KeyDown;
-    event.key = KeyReturn;
+    event.key = key;
     return event;
   }
 
@@ -81,11 +85,13 @@ class ReadingDisplay : public HeadlessDisplay {
   }
 
   static constexpr int32_t TwoPlates = 2, ThreePlates = 3;
+  static constexpr int PatientWaits = 4;
 
   GameHost* host_ = nullptr;
   Choose choose_;
   uint32_t ordinal_ = 0;
   uint64_t answered_ = 0;
+  int others_ = 0;  ///< waits in a row that are neither lines nor choices
   Hand hand_ = Hand::Away;
   int32_t choice_ = 1;
 };

@@ -24,6 +24,16 @@ constexpr const char* PlainPictures[] = {"BLACK", "WHITE", "RED", "BLUE"};
 // The second mouth of the pair that one picture holds.
 constexpr const char *PairPicture = "KUS110", *PairMouth = "Kus110_b";
 
+/// Pictures that an effect leaves as the scene's: a load shows them again.
+struct EffectPicture {
+  const char *command, *code, *picture;
+};
+constexpr EffectPicture EffectPictures[] = {
+    {"special", "32800", "KEV102"},  {"special", "32800", "KEV103"},
+    {"special", "32800", "BLACK"},   {"special", "518", "P55"},
+    {"special", "99392", "KEV405b"}, {"picture-run", "", "KEV60219"},
+};
+
 class FileCheck {
  public:
   FileCheck(const Story& story, const GameFiles& files, Problems& problems)
@@ -68,6 +78,10 @@ class FileCheck {
         {"se", &FileCheck::effect},      {"wave", &FileCheck::file},
         {"draw", &FileCheck::file},
     };
+    for (const EffectPicture& effect : EffectPictures)
+      if (act.command == effect.command &&
+          (act.arguments.empty() || scenec::narrow(act.arguments[0]) == effect.code))
+        picture(effect.picture);
     for (const Entry& entry : Entries)
       if (act.command == entry.command && !act.arguments.empty()) (this->*entry.check)(act);
   }

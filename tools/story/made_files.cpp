@@ -42,18 +42,20 @@ void put(std::vector<MadeFile>& made, const std::string& name,
 /// A sky of two colours with bands that no other number has.
 codec::IndexedPicture landscape(int number) {
   codec::IndexedPicture picture = emptyPicture(ScreenWidth, ScreenHeight);
-  const int colours = LastOwn - FirstOwn + 1;
-  for (int entry = 0; entry < colours; ++entry) {
-    const auto red = static_cast<uint32_t>(60 + entry * (number * 37 % 7 + 1) / 14 % 180),
-               green = static_cast<uint32_t>(90 + entry / 3),
-               blue = static_cast<uint32_t>(200 - entry / 2);
-    picture.colours[static_cast<size_t>(FirstOwn + entry)] = red << 16 | green << 8 | blue;
-    picture.marks[static_cast<size_t>(FirstOwn + entry)] = codec::IndexedPicture::Used;
+  constexpr int Colours = LastOwn - FirstOwn + 1;
+  for (int shade = 0; shade < Colours; ++shade) {
+    const auto entry = static_cast<size_t>(FirstOwn) + static_cast<size_t>(shade);
+    const auto red = static_cast<uint32_t>(60 + shade * (number * 37 % 7 + 1) / 14 % 180),
+               green = static_cast<uint32_t>(90 + shade / 3),
+               blue = static_cast<uint32_t>(200 - shade / 2);
+    picture.colours[entry] = red << 16 | green << 8 | blue;
+    picture.marks[entry] = codec::IndexedPicture::Used;
   }
+  auto pixel = picture.pixels.begin();
   for (int y = 0; y < ScreenHeight; ++y)
     for (int x = 0; x < ScreenWidth; ++x)
-      picture.pixels[static_cast<size_t>(y * ScreenWidth + x)] = static_cast<uint8_t>(
-          FirstOwn + (y * colours / ScreenHeight + (x / (8 + number) ^ y / 24) % 9) % colours);
+      *pixel++ = static_cast<uint8_t>(
+          FirstOwn + (y * Colours / ScreenHeight + (x / (8 + number) ^ y / 24) % 9) % Colours);
   return picture;
 }
 
@@ -63,13 +65,14 @@ codec::IndexedPicture oval(int width, int height, uint32_t colour, int cells = 1
   picture.colours[FigureKey] = 0x00FF00;
   picture.colours[FigureFirst] = colour;
   picture.marks[FigureFirst] = codec::IndexedPicture::Used;
+  auto pixel = picture.pixels.begin();
   for (int y = 0; y < height; ++y)
     for (int x = 0; x < width * cells; ++x) {
-      const int dx = (x % width) * 2 - width, dy = (y * 2 - height) * (1 + x / width);
-      const bool inside = int64_t{dx} * dx * height * height + int64_t{dy} * dy * width * width <
-                          int64_t{width} * width * height * height;
-      picture.pixels[static_cast<size_t>(y * width * cells + x)] =
-          static_cast<uint8_t>(inside ? FigureFirst : FigureKey);
+      const int64_t dx = (x % width) * 2 - width, dy = (y * 2 - height) * (1 + x / width);
+      const int64_t across = width, down = height;
+      const bool inside =
+          dx * dx * down * down + dy * dy * across * across < across * across * down * down;
+      *pixel++ = static_cast<uint8_t>(inside ? FigureFirst : FigureKey);
     }
   return picture;
 }
@@ -87,6 +90,7 @@ class StockTaker {
     for (const NamedFlag& row : backgroundNames())
       if (hasPicture(files_, row.name)) stock_.backgrounds.emplace_back(row.name);
     stock_.backgrounds.emplace_back("BLACK");
+    makeEffectPictures();
     takeStills();
     for (const scenec::PictureData& row : sample_.story.sprites) {
       const std::string file = row.file.empty() ? row.name : row.file;
@@ -103,6 +107,16 @@ class StockTaker {
   /// Events without mouths: theirs would have to be made too.
   static bool hasMouths(const std::string& name) { return findPictureRow(name) != nullptr; }
 
+  /// What the effects of the story leave on the screen.
+  void makeEffectPictures() {
+    for (const char* name : {"KEV102", "KEV103", "KEV60219"})
+      if (!hasPicture(files_, name)) {
+        put(made_, name, landscape(static_cast<int>(made_.size())));
+        ownPictures_.insert(name);
+      }
+    if (!hasPicture(files_, "BLACK")) put(made_, "BLACK", emptyPicture(ScreenWidth, ScreenHeight));
+  }
+
   void takeStills() {
     for (const NamedFlag& row : titleNames())
       if (hasPicture(files_, row.name)) stock_.titles.emplace_back(row.name);
@@ -112,7 +126,7 @@ class StockTaker {
     for (const NamedFlag& row : eventNames()) {
       if (stock_.events.size() >= MadeEvents) break;
       if (row.flag == WithoutFlag || hasPicture(files_, row.name) || hasMouths(row.name)) continue;
-      put(made_, row.name, landscape(number++));
+      if (ownPictures_.count(row.name) == 0) put(made_, row.name, landscape(number++));
       stock_.events.emplace_back(row.name);
     }
     if (stock_.titles.empty()) {
@@ -174,6 +188,7 @@ class StockTaker {
   const StorySource& sample_;
   const GameFiles& files_;
   std::vector<MadeFile>& made_;
+  std::set<std::string> ownPictures_;  ///< made already
   MadeStock stock_;
 };
 

@@ -169,6 +169,13 @@ TEST_F(StoryCheck, TellsEveryFileThatIsMissing) {
                   "disc/VOICE/V00/0000_002.wav")});
 }
 
+TEST_F(StoryCheck, AsksForThePicturesThatEffectsLeaveBehind) {
+  checkFiles(read("@scene sc000000\n@special 32800\n@special 7\n@picture-run\n@go END\n"),
+             engineAnd({"cg/KEV102.mcg", "cg/KEV103.mcg"}), problems);
+  expect({"a.scene:2: this shows the picture BLACK, and the game has no file cg/BLACK.mcg.",
+          "a.scene:4: this shows the picture KEV60219, and the game has no file cg/KEV60219.mcg."});
+}
+
 TEST_F(StoryCheck, TellsNamesThatTheEngineDoesNotKnow) {
   checkFiles(read("@scene sc000000\n@sprite KUS099 1\n@sprite-kxs KUS011 1\n@sprite-kyc KUS012 1\n"
                   "@bgm K17\n@se SE62\n@go END\n"),
