@@ -13,6 +13,9 @@
 namespace qv::testing {
 namespace {
 
+constexpr uint8_t Face = 17, Art = 33, Key = 40, RedIndex = 249;
+constexpr uint32_t Red = 0xFF0000;
+
 class RestoredScene : public ::testing::Test {
  protected:
   RestoredScene() {
@@ -61,6 +64,40 @@ TEST_F(RestoredScene, HasItsSongAndItsEndlessEffectAgainAndThePendant) {
     EXPECT_TRUE(manager.IsSoundPlaying(ChannelWave)) << "an endless one";
     EXPECT_TRUE(manager.FindWindow(PendantWindow)->shown());
     EXPECT_EQ(Reg(PendantShownRegister), 1);
+  });
+}
+
+TEST_F(RestoredScene, HasItsPictureAndItsButtonStripUnlessADramaIsOn) {
+  run([this](QVScenario& manager) {
+    QVVSurface still;
+    still.create(ScreenWidth, ScreenHeight);
+    still.fill(RedIndex);
+    still.saveBmpByName("still");
+    const TestPlatform& platform = ground.platform;
+    platform.writeFile(platform.game() / "cg/still.mcg",
+                       platform.readFile(platform.player() / "still.bmp"));
+    manager.CreateObject("cg.surf", TypeSurface, {ScreenWidth, ScreenHeight});
+    manager.CreateObject("mess.surf", TypeSurface, {ScreenWidth, 127});
+    manager.CreateObject("mfrm.surf", TypeSurface, {ScreenWidth, 127});
+    const auto surface = [&](const char* name) {
+      return static_cast<QVVSurface*>(manager.FindNative(name, TypeSurface));
+    };
+    surface("mfrm.surf")->fill(Art);
+    const Rectangle corner{0, 0, 1, 1};
+    surface("mfrm.surf")->fill(Key, &corner);
+    for (const int32_t drama : {0, 1}) {
+      manager.FillObject("cg.view", 0);
+      surface("mess.surf")->fill(Face);
+      manager.StrReg(EventPictureName).create(QVString::DefaultGrain, "still");
+      SysReg(DramaMode) = drama;
+      Reg(ResumePendingRegister) = 1;
+      SceneEnter();
+      StoryGround::settle();
+      EXPECT_EQ(ground.at(320, 200), Red) << drama;
+      EXPECT_EQ(surface("mess.surf")->pixel(620, 20), drama ? Face : Art);
+      EXPECT_EQ(surface("mess.surf")->pixel(300, 20), Face) << "beside the strip";
+      EXPECT_EQ(Reg(ResumePendingRegister), 0);
+    }
   });
 }
 
