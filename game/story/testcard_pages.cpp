@@ -114,11 +114,17 @@ struct Speaker {
 };
 
 /// A figure stands behind the sheet's lower edge.
-constexpr int32_t SpriteTop = 60, SpriteWidth = 260, SpriteHeight = 370;
-constexpr Speaker Belune{
-    "cg\\KUS001.mcg", "cg\\KUM001.mcg", Rectangle::at(114, 132, 32, 24), 44, {316, 120, 588, 400}};
-constexpr Speaker Lessa{
-    "cg\\KUS011.mcg", "cg\\KUM011.mcg", Rectangle::at(114, 152, 32, 24), 330, {52, 120, 326, 400}};
+constexpr int32_t SpriteTop = 60, SpriteWidth = 300, SpriteHeight = 370;
+constexpr Speaker Belune{"cg\\KDS012.mcg",
+                         "cg\\Kds012_a.mcg",
+                         Rectangle::at(136, 125, 32, 24),
+                         24,
+                         {316, 120, 588, 400}};
+constexpr Speaker Lessa{"cg\\KDS022.mcg",
+                        "cg\\Kds022_a.mcg",
+                        Rectangle::at(132, 139, 32, 24),
+                        296,
+                        {52, 120, 326, 400}};
 
 constexpr const char* MouthCells = "card.mouth.cells";
 constexpr const char* Speech = "card.speech";

@@ -27,7 +27,7 @@ constexpr const char* Script = QV_SOURCE_DIR "/game/testcard.play";
 constexpr Rectangle CardPrompt = Rectangle::at(312, 392, 16, 24),
                     SheetPrompt = Rectangle::at(568, 390, 24, 24),
                     LinePrompt = Rectangle::at(564, 376, 24, 24),
-                    Mouth = Rectangle::at(158, 192, 32, 24), Buttons{150, 200, 490, 345};
+                    Mouth = Rectangle::at(160, 185, 32, 24), Buttons{150, 200, 490, 345};
 
 Picture part(const Picture& screen, const Rectangle& place) {
   Picture cut{place.width(), place.height(), {}};
