@@ -1,8 +1,8 @@
 #pragma once
 
-/// Writes a song as a Standard MIDI File of format 1 (The Complete MIDI 1.0 Detailed Specification,
-/// "Standard MIDI Files"): a track of tempo and metre, then one for each part. Every message has
-/// its own status byte, and all tracks end with the song. The same song gives the same bytes.
+/// Writes a song as a Standard MIDI File of format 1 (MIDI Manufacturers Association, RP-001): a
+/// track of tempo and metre, then one for each part. Every message has its own status byte, and all
+/// tracks end with the song. The same song gives the same bytes.
 
 #include <cstdint>
 #include <vector>
