@@ -5,33 +5,22 @@
 #include "input/prompt.h"
 #include "scenario/control_objects.h"
 #include "tests/support/cursor_bytes.h"
-#include "tests/unit/input/input_ground.h"
-#include "tests/unit/scenario/fake_host.h"
+#include "tests/unit/scenario/view_host.h"
 
 namespace qv::testing {
 namespace {
 
-/// A view of a window list, at 100, 50 of the screen.
-class PlacedWindow : public WindowObject {
+/// A view at 100, 50 of the screen.
+class PlacedWindow : public ViewWindow {
  public:
-  PlacedWindow(const char* windowName, int windowCode) : code(windowCode) {
-    name.create(QVString::DefaultGrain, windowName);
-  }
-  int typeCode() const override { return code; }
-  View* view() override { return &surfaceView; }
-  bool clientRect(Rectangle& rectangle) const override {
-    rectangle = {0, 0, 64, 48};
-    return true;
-  }
+  using ViewWindow::ViewWindow;
   bool windowRect(Rectangle& rectangle) const override {
     rectangle = {100, 50, 164, 98};
     return there;
   }
   void setCursor(const PointerLook& given) override { looks.push_back(given); }
 
-  int code;
   bool there = true;
-  SurfaceView surfaceView;
   std::vector<PointerLook> looks;
 };
 
