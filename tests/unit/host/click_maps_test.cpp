@@ -52,7 +52,16 @@ class ClickMapsTest : public ::testing::Test {
     EXPECT_TRUE(recorder.open(platform.player() / "record.play"));
   }
 
-  /// Runs a scene over "cg.view" with the map "clm", which is region 10 with 1 to 4 in a row.
+  /// "cg.view" with the map "clm", which is region 10 with 1 to 4 in a row.
+  static void openMap(QVScenario& made) {
+    made.CreateView("cg.view", nullptr, 0, 0, 640, 480, 0);
+    made.CreateClickMap("clm", 640, 480, 10, 1);
+    for (int region = 1; region <= 4; ++region)
+      made.AddClickRect("clm", 100 * region, 100, 50, 50, region);
+    made.ConnectObjects("clm", "cg.view");
+  }
+
+  /// Runs a scene over that map.
   void run(const std::function<void()>& scene) {
     Thread scenario;
     scenario.start("scenario", [&] {
@@ -61,11 +70,7 @@ class ClickMapsTest : public ::testing::Test {
         QVScenario made;
         manager = &made;
         made.Start(&host, "Test", 100, 10, 10);
-        made.CreateView("cg.view", nullptr, 0, 0, 640, 480, 0);
-        made.CreateClickMap("clm", 640, 480, 10, 1);
-        for (int region = 1; region <= 4; ++region)
-          made.AddClickRect("clm", 100 * region, 100, 50, 50, region);
-        made.ConnectObjects("clm", "cg.view");
+        openMap(made);
         try {
           scene();
         } catch (const ExitScenarioException&) {
@@ -557,11 +562,7 @@ TEST_F(ClickMapsTest, ARecordOfAMapReplaysAsItWas) {
       QVScenario made;
       manager = &made;
       made.Start(&secondHost, "Test", 100, 10, 10);
-      made.CreateView("cg.view", nullptr, 0, 0, 640, 480, 0);
-      made.CreateClickMap("clm", 640, 480, 10, 1);
-      for (int region = 1; region <= 4; ++region)
-        made.AddClickRect("clm", 100 * region, 100, 50, 50, region);
-      made.ConnectObjects("clm", "cg.view");
+      openMap(made);
       scene(again)();
     }
     secondHost.queue.post({MessageScenarioEnded, 0, 0});
