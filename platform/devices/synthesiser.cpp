@@ -10,6 +10,7 @@
 
 #include <fluidsynth.h>
 
+#include "platform/kernel/kernel.h"
 #include "platform/sound/midi_message_queue.h"
 
 namespace qv {
@@ -87,38 +88,42 @@ class Engine {
   fluid_sfont_t* font_;
 };
 
+bool looksLikeSoundFont(const std::filesystem::path& path) {
+  char head[12] = {};
+  std::ifstream file(path, std::ios::binary);
+  file.read(head, sizeof head);
+  return file && std::memcmp(head, "RIFF", 4) == 0 && std::memcmp(head + 8, "sfbk", 4) == 0;
+}
+
 /// The library's synthesiser keeps traces of what it has played: echoes, phases of its effects,
 /// filters of its voices. So every song gets one of its own, and sounds the same each time. The
 /// change is made at a reset, by the output's thread.
 class FluidSynthesiser : public Synthesiser {
  public:
   explicit FluidSynthesiser(uint32_t sampleRate)
-      : sampleRate_(sampleRate), fontKeeper_(std::make_unique<Engine>(sampleRate, nullptr)) {}
+      : sampleRate_(sampleRate), loaded_("synthesiser loaded", Event::Reset::Manual) {}
   ~FluidSynthesiser() override {
     delete fresh_.load();
     delete retired_.load();
   }
 
-  /// Before anything else. False when the library gives nothing.
-  bool start() {
-    if (!fontKeeper_->synth()) return false;
-    current_ = makeEngine();
-    return current_ != nullptr;
+  void load(const std::filesystem::path& soundFont, std::string& whyNot) override {
+    whyNot = loadFont(soundFont);
+    loaded_.set();
   }
-  /// The same, with a file that looks like a sound font.
-  bool loadFont(const std::filesystem::path& path) {
-    if (fluid_synth_sfload(fontKeeper_->synth(), path.c_str(), 0) == FLUID_FAILED) return false;
-    font_ = fluid_synth_get_sfont(fontKeeper_->synth(), 0);
-    return font_ != nullptr;
-  }
+  void loadNothing() override { loaded_.set(); }
 
   bool available() const override { return true; }
   const char* name() const override { return "built-in synthesiser"; }
   bool open() override {
     if (opened_.exchange(true)) return false;
+    if (loaded_.wait() != 0) {
+      opened_ = false;
+      return false;
+    }
     delete retired_.exchange(nullptr);
     // Where there is no memory for a new one, the old one plays on.
-    if (!fresh_.load()) fresh_.store(makeEngine().release());
+    if (font_ && !fresh_.load()) fresh_.store(makeEngine().release());
     queue_.putReset();
     return true;
   }
@@ -128,10 +133,11 @@ class FluidSynthesiser : public Synthesiser {
   void close() override { opened_ = false; }
 
   void render(float* stereo, uint32_t frames, float gain) override {
+    if (!font_) return;
     queue_.take([this] { resetNow(); }, [this](uint32_t message) { sendShort(message); },
                 [this](std::span<const uint8_t> message) { sendLong(message); });
     if (queue_.takeLost()) endNotes();
-    if (!awake_ || !font_) return;
+    if (!awake_) return;
     while (frames > 0) {
       const uint32_t chunk = std::min(frames, ChunkFrames);
       renderChunk(stereo, chunk, gain * masterGain_);
@@ -141,6 +147,28 @@ class FluidSynthesiser : public Synthesiser {
   }
 
  private:
+  /// What is wrong, in a sentence.
+  std::string loadFont(const std::filesystem::path& path) {
+    for (int level = FLUID_PANIC; level < LAST_LOG_LEVEL; ++level)
+      fluid_set_log_function(level, beQuiet, nullptr);
+    std::error_code none;
+    if (!std::filesystem::is_regular_file(path, none))
+      return "There is no sound font " + path.string() + "; songs stay silent.";
+    fontKeeper_ = std::make_unique<Engine>(sampleRate_, nullptr);
+    if (!fontKeeper_->synth()) return "The synthesiser cannot be started; songs stay silent.";
+    // Other kinds of files are not given to the library, which would complain on the terminal.
+    fluid_sfont_t* font = nullptr;
+    if (looksLikeSoundFont(path) &&
+        fluid_synth_sfload(fontKeeper_->synth(), path.c_str(), 0) != FLUID_FAILED)
+      font = fluid_synth_get_sfont(fontKeeper_->synth(), 0);
+    if (!font) return path.string() + " is no sound font that can be read; songs stay silent.";
+    font_ = font;
+    current_ = makeEngine();
+    if (current_) return {};
+    font_ = nullptr;
+    return "The synthesiser cannot be started; songs stay silent.";
+  }
+
   std::unique_ptr<Engine> makeEngine() const {
     auto engine = std::make_unique<Engine>(sampleRate_, font_);
     return engine->synth() ? std::move(engine) : nullptr;
@@ -252,8 +280,9 @@ class FluidSynthesiser : public Synthesiser {
   }
 
   const uint32_t sampleRate_;
+  Event loaded_;                        ///< the instruments stand, or never will
   std::unique_ptr<Engine> fontKeeper_;  ///< never sounds
-  fluid_sfont_t* font_ = nullptr;
+  fluid_sfont_t* font_ = nullptr;       ///< null: nothing is rendered
   std::atomic<bool> opened_ = false;
   MidiMessageQueue queue_;
   std::atomic<Engine*> fresh_ = nullptr;    ///< for the output's thread to take
@@ -266,32 +295,10 @@ class FluidSynthesiser : public Synthesiser {
   std::array<float, size_t{2} * ChunkFrames> samples_{};
 };
 
-/// Other kinds of files are not given to the library, which would complain on the terminal.
-bool looksLikeSoundFont(const std::filesystem::path& path) {
-  char head[12] = {};
-  std::ifstream file(path, std::ios::binary);
-  file.read(head, sizeof head);
-  return file && std::memcmp(head, "RIFF", 4) == 0 && std::memcmp(head + 8, "sfbk", 4) == 0;
-}
-
 }  // namespace
 
-std::unique_ptr<Synthesiser> makeSynthesiser(const std::filesystem::path& soundFontPath,
-                                             uint32_t sampleRate, std::string& whyNot) {
-  whyNot.clear();
-  for (int level = FLUID_PANIC; level < LAST_LOG_LEVEL; ++level)
-    fluid_set_log_function(level, beQuiet, nullptr);
-  auto synthesiser = std::make_unique<FluidSynthesiser>(sampleRate);
-  std::error_code none;
-  if (!std::filesystem::is_regular_file(soundFontPath, none))
-    whyNot = "There is no sound font " + soundFontPath.string() + "; songs stay silent.";
-  else if (!looksLikeSoundFont(soundFontPath) || !synthesiser->loadFont(soundFontPath))
-    whyNot = soundFontPath.string() + " is no sound font that can be read; songs stay silent.";
-  if (!synthesiser->start()) {
-    whyNot = "The synthesiser cannot be started; songs stay silent.";
-    return nullptr;
-  }
-  return synthesiser;
+std::unique_ptr<Synthesiser> makeSynthesiser(uint32_t sampleRate) {
+  return std::make_unique<FluidSynthesiser>(sampleRate);
 }
 
 }  // namespace qv

@@ -1,43 +1,35 @@
 #include "platform/sdl/audio_output.h"
 
 #define SDL_MAIN_HANDLED
-#include <algorithm>
-
 #include <SDL2/SDL.h>
 
+#include "platform/sdl/subsystem.h"
 #include "platform/sound/sound_mixer.h"
 
 namespace qv {
 
 namespace {
 
-constexpr int WantedRate = 48000, LeastRate = 8000, MostRate = 96000;
 /// A new sound begins with the next buffer: some ten milliseconds.
 constexpr uint16_t WantedFrames = 512;
 
 class SdlAudioOutput : public AudioOutput {
  public:
-  ~SdlAudioOutput() override {
-    if (device_) SDL_CloseAudioDevice(device_);
-    if (started_) SDL_QuitSubSystem(SDL_INIT_AUDIO);
-  }
-
-  bool open(std::string& whyNot) {
-    SDL_SetMainReady();
+  SdlAudioOutput() {
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "qvrun");
-    started_ = SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
-    if (started_) openDevice(SDL_AUDIO_ALLOW_FREQUENCY_CHANGE);
-    if (device_ && (obtained_.freq < LeastRate || obtained_.freq > MostRate)) {
-      SDL_CloseAudioDevice(device_);
-      openDevice(0);
-    }
+  }
+  ~SdlAudioOutput() override {
+    if (device_) SDL_CloseAudioDevice(device_);
+    if (started_) quitSubsystem(SDL_INIT_AUDIO);
+  }
+
+  bool open(std::string& whyNot) override {
+    started_ = startSubsystem(SDL_INIT_AUDIO);
+    if (started_) openDevice();
     if (!device_) whyNot = std::string("There is no sound output: ") + SDL_GetError() + ".";
     return device_ != 0;
   }
-
-  uint32_t framesPerSecond() const override { return static_cast<uint32_t>(obtained_.freq); }
-  uint32_t bufferFrames() const override { return obtained_.samples; }
 
   void start(SoundMixer& mixer) override {
     mixer_ = &mixer;  // the device's thread is paused and has never called
@@ -45,9 +37,9 @@ class SdlAudioOutput : public AudioOutput {
   }
 
  private:
-  void openDevice(int allowedChanges) {
+  void openDevice() {
     SDL_AudioSpec wanted{};
-    wanted.freq = WantedRate;
+    wanted.freq = static_cast<int>(OutputRate);
     wanted.format = AUDIO_F32SYS;
     wanted.channels = 2;
     wanted.samples = WantedFrames;
@@ -55,7 +47,8 @@ class SdlAudioOutput : public AudioOutput {
       static_cast<SdlAudioOutput*>(output)->fill(bytes, count);
     };
     wanted.userdata = this;
-    device_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, &obtained_, allowedChanges);
+    SDL_AudioSpec obtained{};
+    device_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, &obtained, 0);
   }
 
   void fill(uint8_t* bytes, int count) {
@@ -66,16 +59,13 @@ class SdlAudioOutput : public AudioOutput {
 
   bool started_ = false;
   SDL_AudioDeviceID device_ = 0;
-  SDL_AudioSpec obtained_{};
   SoundMixer* mixer_ = nullptr;
 };
 
 }  // namespace
 
-std::unique_ptr<AudioOutput> openAudioOutput(std::string& whyNot) {
-  auto output = std::make_unique<SdlAudioOutput>();
-  if (!output->open(whyNot)) return nullptr;
-  return output;
+std::unique_ptr<AudioOutput> makeAudioOutput() {
+  return std::make_unique<SdlAudioOutput>();
 }
 
 }  // namespace qv

@@ -11,6 +11,7 @@
 #include "platform/display/display.h"
 #include "platform/kernel/kernel.h"
 #include "platform/sdl/sdl_events.h"
+#include "platform/sdl/subsystem.h"
 
 namespace qv {
 
@@ -77,7 +78,6 @@ void leaveSessionBusAlone() {
 /// Starts SDL's video on a real display. SDL itself would fall back to drivers that show nothing,
 /// and the player would look at no window at all: we say that there is none instead.
 bool startVideo(std::string& whyNot) {
-  SDL_SetMainReady();
   SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
   SDL_SetHint(SDL_HINT_QUIT_ON_LAST_WINDOW_CLOSE, "0");
   SDL_SetHint(SDL_HINT_VIDEO_MINIMIZE_ON_FOCUS_LOSS, "0");
@@ -96,7 +96,7 @@ bool startVideo(std::string& whyNot) {
     SDL_SetHint(SDL_HINT_VIDEODRIVER, x11 && wayland ? "x11,wayland" : x11 ? "x11" : "wayland");
   }
   leaveSessionBusAlone();
-  if (SDL_InitSubSystem(SDL_INIT_VIDEO) == 0) return true;
+  if (startSubsystem(SDL_INIT_VIDEO)) return true;
   whyNot = std::string("The display cannot be opened: ") + SDL_GetError() + ".";
   return false;
 }
@@ -127,11 +127,11 @@ bool WindowDisplay::open(const WindowOptions& options, std::string& whyNot) {
 
 WindowDisplay::~WindowDisplay() {
   if (cursor_) SDL_FreeCursor(cursor_);
-  if (padsStarted_) SDL_QuitSubSystem(SDL_INIT_GAMECONTROLLER);
+  if (padsStarted_) quitSubsystem(SDL_INIT_GAMECONTROLLER);
   if (texture_) SDL_DestroyTexture(texture_);
   if (renderer_) SDL_DestroyRenderer(renderer_);
   if (window_) SDL_DestroyWindow(window_);
-  if (videoStarted_) SDL_QuitSubSystem(SDL_INIT_VIDEO);
+  if (videoStarted_) quitSubsystem(SDL_INIT_VIDEO);
 }
 
 void WindowDisplay::measure() {
@@ -236,7 +236,7 @@ void WindowDisplay::handleFinger(const SDL_TouchFingerEvent& finger) {
 /// Looks for pads once something is shown: the search would only keep the first picture back.
 void WindowDisplay::startPads() {
   padsTried_ = true;
-  padsStarted_ = SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER) == 0;
+  padsStarted_ = startSubsystem(SDL_INIT_GAMECONTROLLER);
 }
 
 bool WindowDisplay::handlePad(const SDL_Event& event) {

@@ -4,6 +4,7 @@
 #include "platform/devices/synthesiser.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <vector>
 
@@ -23,9 +24,15 @@ const std::filesystem::path SoundFont = "/usr/share/sounds/sf2/TimGM6mb.sf2";
 
 using Samples = std::vector<float>;
 
+std::unique_ptr<Synthesiser> makeWith(const std::filesystem::path& soundFont, std::string& whyNot) {
+  std::unique_ptr<Synthesiser> synthesiser = makeSynthesiser(SampleRate);
+  synthesiser->load(soundFont, whyNot);
+  return synthesiser;
+}
+
 std::unique_ptr<Synthesiser> makeWithFont() {
   std::string whyNot;
-  std::unique_ptr<Synthesiser> synthesiser = makeSynthesiser(SoundFont, SampleRate, whyNot);
+  std::unique_ptr<Synthesiser> synthesiser = makeWith(SoundFont, whyNot);
   EXPECT_EQ(whyNot, "");
   return synthesiser;
 }
@@ -61,7 +68,11 @@ void send(Synthesiser& synthesiser, std::initializer_list<uint8_t> bytes) {
   synthesiser.shortMessage(word);
 }
 
-TEST(SynthesiserTest, SoundsFromANoteToItsReset) {
+class SynthesiserTest : public ::testing::Test {
+  KernelScope kernel_{makeRealKernel()};
+};
+
+TEST_F(SynthesiserTest, SoundsFromANoteToItsReset) {
   const auto synthesiser = makeWithFont();
   ASSERT_TRUE(synthesiser->open());
   EXPECT_FALSE(synthesiser->open());
@@ -75,7 +86,7 @@ TEST(SynthesiserTest, SoundsFromANoteToItsReset) {
   EXPECT_TRUE(synthesiser->open());
 }
 
-TEST(SynthesiserTest, AddsToWhatIsThereTimesItsGain) {
+TEST_F(SynthesiserTest, AddsToWhatIsThereTimesItsGain) {
   const auto play = [](float ground, float gain) {
     const auto synthesiser = makeWithFont();
     send(*synthesiser, {0x90, 60, 100});
@@ -100,7 +111,7 @@ float loudnessAfter(std::initializer_list<std::initializer_list<uint8_t>> messag
   return loudest(rendered(*synthesiser));
 }
 
-TEST(SynthesiserTest, TakesTheMasterVolumeOfAnExclusiveMessage) {
+TEST_F(SynthesiserTest, TakesTheMasterVolumeOfAnExclusiveMessage) {
   const float full = loudnessAfter({});
   EXPECT_NEAR(loudnessAfter({{0xF0, 0x7F, 0x7F, 4, 1, 0x7F, 0x7F, 0xF7}}), full, 1e-4F);
   EXPECT_NEAR(loudnessAfter({{0xF0, 0x7F, 0x7F, 4, 1, 0, 0x40, 0xF7}}), full / 4, full / 100);
@@ -112,7 +123,7 @@ TEST(SynthesiserTest, TakesTheMasterVolumeOfAnExclusiveMessage) {
       full, 1e-4F);
 }
 
-TEST(SynthesiserTest, GoesBackToItsBeginningByTheResetsOfEveryMaker) {
+TEST_F(SynthesiserTest, GoesBackToItsBeginningByTheResetsOfEveryMaker) {
   const auto play = [](const std::vector<uint8_t>& reset) {
     const auto synthesiser = makeWithFont();
     send(*synthesiser, {0xC0, 19});
@@ -129,7 +140,7 @@ TEST(SynthesiserTest, GoesBackToItsBeginningByTheResetsOfEveryMaker) {
   EXPECT_EQ(play({0xF0, 0x43, 0x10, 0x4C, 0x00, 0x00, 0x7E, 0x00, 0xF7}), general);
 }
 
-TEST(SynthesiserTest, LeavesNothingOfASongToTheNext) {
+TEST_F(SynthesiserTest, LeavesNothingOfASongToTheNext) {
   const auto synthesiser = makeWithFont();
   const auto play = [&](uint8_t program) {
     EXPECT_TRUE(synthesiser->open());
@@ -153,7 +164,7 @@ TEST(SynthesiserTest, LeavesNothingOfASongToTheNext) {
   EXPECT_TRUE(play(19) == first);
 }
 
-TEST(SynthesiserTest, SurvivesBrokenMessages) {
+TEST_F(SynthesiserTest, SurvivesBrokenMessages) {
   const auto synthesiser = makeWithFont();
   for (uint32_t status = 0; status < 256; ++status) {
     synthesiser->shortMessage(status | 0xFFFF00);
@@ -169,7 +180,7 @@ TEST(SynthesiserTest, SurvivesBrokenMessages) {
   EXPECT_EQ(loudest(rendered(*synthesiser)), 0);
 }
 
-TEST(SynthesiserTest, SilencesItsNotesWhenMessagesAreLost) {
+TEST_F(SynthesiserTest, SilencesItsNotesWhenMessagesAreLost) {
   const auto synthesiser = makeWithFont();
   send(*synthesiser, {0xC0, 19});
   send(*synthesiser, {0x90, 60, 100});
@@ -179,18 +190,17 @@ TEST(SynthesiserTest, SilencesItsNotesWhenMessagesAreLost) {
   EXPECT_LT(loudest(rendered(*synthesiser)), 0.001F);
 }
 
-TEST(SynthesiserTest, WithoutASoundFontIsSilentAndSaysSoOnce) {
+TEST_F(SynthesiserTest, WithoutASoundFontIsSilentAndSaysSoOnce) {
   std::string whyNot;
-  const auto synthesiser = makeSynthesiser("/nowhere/font.sf2", SampleRate, whyNot);
+  const auto synthesiser = makeWith("/nowhere/font.sf2", whyNot);
   EXPECT_EQ(whyNot, "There is no sound font /nowhere/font.sf2; songs stay silent.");
-  ASSERT_NE(synthesiser, nullptr);
   EXPECT_TRUE(synthesiser->available());
   EXPECT_TRUE(synthesiser->open());
   send(*synthesiser, {0x90, 60, 100});
   EXPECT_EQ(loudest(rendered(*synthesiser)), 0);
 }
 
-TEST(SynthesiserTest, WithAFileThatIsNoSoundFontIsSilent) {
+TEST_F(SynthesiserTest, WithAFileThatIsNoSoundFontIsSilent) {
   const TemporaryFolder folder;
   const std::filesystem::path path = folder.path() / "font.sf2";
   FILE* file = std::fopen(path.c_str(), "w");
@@ -199,11 +209,36 @@ TEST(SynthesiserTest, WithAFileThatIsNoSoundFontIsSilent) {
   std::fclose(file);
   std::string whyNot;
   ::testing::internal::CaptureStderr();
-  const auto synthesiser = makeSynthesiser(path, SampleRate, whyNot);
+  const auto synthesiser = makeWith(path, whyNot);
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(whyNot, path.string() + " is no sound font that can be read; songs stay silent.");
-  ASSERT_NE(synthesiser, nullptr);
   EXPECT_EQ(loudest(rendered(*synthesiser)), 0);
+}
+
+TEST_F(SynthesiserTest, IsOpenedWhenItsInstrumentsStand) {
+  const auto synthesiser = makeSynthesiser(SampleRate);
+  std::string whyNot;
+  std::atomic<bool> begun = false;
+  Thread loader;
+  loader.start("loader", [&] {
+    begun = true;
+    synthesiser->load(SoundFont, whyNot);
+  });
+  ASSERT_TRUE(synthesiser->open());
+  EXPECT_TRUE(begun);
+  send(*synthesiser, {0x90, 60, 100});
+  EXPECT_GT(loudest(rendered(*synthesiser)), 0.01F);
+  EXPECT_EQ(whyNot, "");
+}
+
+TEST_F(SynthesiserTest, RunsSongsWithoutInstruments) {
+  const auto synthesiser = makeSynthesiser(SampleRate);
+  synthesiser->loadNothing();
+  ASSERT_TRUE(synthesiser->open());
+  send(*synthesiser, {0x90, 60, 100});
+  EXPECT_EQ(loudest(rendered(*synthesiser)), 0);
+  synthesiser->close();
+  EXPECT_TRUE(synthesiser->open());
 }
 
 // --- Songs ---
