@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/display/png_file.h"
-#include "tests/story/line_pictures.h"
 #include "tests/story/story_host.h"
 #include "tests/support/process.h"
 #include "tests/support/test_platform.h"
@@ -20,14 +19,6 @@ class LinesStory : public ::testing::Test {
  protected:
   static constexpr int LongVoiceMillis = 3000, ShortVoiceMillis = 1000;
 
-  static void SetUpTestSuite() {
-    pictures_ = new TemporaryFolder;
-    writeLinePictures(pictures_->path());
-  }
-  static void TearDownTestSuite() {
-    delete pictures_;
-    pictures_ = nullptr;
-  }
   LinesStory() {
     const auto voices = folder.path() / "disc/VOICE/V00";
     std::filesystem::create_directories(voices);
@@ -40,7 +31,8 @@ class LinesStory : public ::testing::Test {
                     std::vector<std::string> options = {"--simulate", "1"}) {
     const auto player = folder.path() / "player";
     std::filesystem::remove_all(player);
-    std::filesystem::copy(pictures_->path(), player, std::filesystem::copy_options::recursive);
+    std::filesystem::copy(QV_OUTPUT_DIR "/line_pictures", player,
+                          std::filesystem::copy_options::recursive);
     writeWhole(folder.path() / "test.play", script);
     std::vector<std::string> command{hostOf("lines"),
                                      "--play",
@@ -86,9 +78,6 @@ class LinesStory : public ::testing::Test {
   }
 
   TemporaryFolder folder;
-
- private:
-  static inline TemporaryFolder* pictures_ = nullptr;
 };
 
 }  // namespace qv::testing

@@ -1,8 +1,9 @@
-#pragma once
+// Pictures for stories with lines: flat shapes of the sizes that the standing objects have, written
+// below the folder that is the argument. They are drawn once, when the tests are built, since the
+// compressor takes its time under a sanitizer.
 
-// Pictures for stories with lines, drawn here: flat shapes of the sizes that the standing objects
-// have. They go into the player's folder, which lies over the game's.
-
+#include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <string>
 
@@ -11,6 +12,7 @@
 #include "tools/picture_codec/picture_files.h"
 
 namespace qv::testing {
+namespace {
 
 /// Draws with palette entries; an entry that it gives a colour is the picture's own.
 class Canvas {
@@ -56,12 +58,12 @@ class Canvas {
 };
 
 // Entries: 10 to 127 pictures, 128 to 169 figures, 212 to 244 the frame, 245 its key.
-inline constexpr uint8_t ArtKey = 245, Gold = 212, Panel = 213, SkipInk = 214, PromptInk = 215,
+constexpr uint8_t ArtKey = 245, Gold = 212, Panel = 213, SkipInk = 214, PromptInk = 215,
                          ButtonUp = 216, ButtonDown = 217, ButtonOff = 218, PendantDark = 219,
                          PendantLit = 220, SpriteKey = 169;
-inline constexpr int32_t StripWidth = 640, StripHeight = 127;
+constexpr int32_t StripWidth = 640, StripHeight = 127;
 
-inline Canvas framed(int32_t width, int32_t height) {
+Canvas framed(int32_t width, int32_t height) {
   Canvas canvas(width, height, ArtKey);
   canvas.colour(ArtKey, 0xFF00FF).colour(Gold, 0xC8A040).colour(Panel, 0x604820);
   canvas.colour(SkipInk, 0xE04030).colour(PromptInk, 0xF0F0A0).colour(ButtonUp, 0x4060C0);
@@ -71,7 +73,7 @@ inline Canvas framed(int32_t width, int32_t height) {
 
 /// Four pictures side by side: up, down, and both without use. Statics for plates, whose palette
 /// is another's.
-inline Canvas buttonStrip(int32_t width, int32_t height, bool plates) {
+Canvas buttonStrip(int32_t width, int32_t height, bool plates) {
   constexpr uint8_t Static[] = {4, 7, 8, 248};
   constexpr uint8_t Own[] = {ButtonUp, ButtonDown, ButtonOff, Panel};
   Canvas canvas = framed(width * 4, height);
@@ -80,7 +82,7 @@ inline Canvas buttonStrip(int32_t width, int32_t height, bool plates) {
   return canvas;
 }
 
-inline void writeFrame(const std::filesystem::path& dat) {
+void writeFrame(const std::filesystem::path& dat) {
   Canvas frame = framed(StripWidth, StripHeight);
   frame.rim(6, 4, Gold).box(586, 6, 44, 68, Panel);
   // The buttons as their strips have them: the frame is drawn over them with each line.
@@ -103,7 +105,7 @@ inline void writeFrame(const std::filesystem::path& dat) {
   regions.write(dat / "mcframe.mcg");
 }
 
-inline void writePlates(const std::filesystem::path& dat) {
+void writePlates(const std::filesystem::path& dat) {
   struct Plate {
     const char *art, *outline;
     int32_t height;
@@ -119,7 +121,7 @@ inline void writePlates(const std::filesystem::path& dat) {
   Canvas(51, 122, 0).box(0, 12, 36, 26, 4).box(0, 43, 36, 26, 7).write(dat / "mcsel.mcg");
 }
 
-inline void writePendant(const std::filesystem::path& dat) {
+void writePendant(const std::filesystem::path& dat) {
   framed(62, 122).box(4, 4, 54, 114, PendantDark).write(dat / "SysCut.mcg");
   framed(62, 122).box(4, 4, 54, 114, PendantLit).write(dat / "SysCut2.mcg");
   framed(21 * 32, 32).write(dat / "stone1.mcg");
@@ -127,7 +129,7 @@ inline void writePendant(const std::filesystem::path& dat) {
 }
 
 /// The small boxes, and the system's colours by entry.
-inline void writeBoxes(const std::filesystem::path& dat) {
+void writeBoxes(const std::filesystem::path& dat) {
   framed(306, 98).box(0, 0, 306, 98, Panel).rim(0, 3, Gold).write(dat / "YesNo.mcg");
   for (const char* name : {"yes.mcg", "no.mcg", "ok.mcg"})
     buttonStrip(63, 23, false).write(dat / name);
@@ -142,7 +144,7 @@ inline void writeBoxes(const std::filesystem::path& dat) {
 }
 
 /// A picture of soft steps between two greys of a tone.
-inline Canvas scenery(uint32_t from, uint32_t to) {
+Canvas scenery(uint32_t from, uint32_t to) {
   constexpr int32_t Steps = 64, First = 11;
   Canvas canvas(640, 480, First);
   canvas.colour(10, 0);
@@ -161,7 +163,7 @@ inline Canvas scenery(uint32_t from, uint32_t to) {
   return canvas;
 }
 
-inline Canvas figure(int32_t width, int32_t height, uint8_t base, uint32_t dress) {
+Canvas figure(int32_t width, int32_t height, uint8_t base, uint32_t dress) {
   Canvas canvas(width, height, SpriteKey);
   canvas.colour(SpriteKey, 0x00FFFF).colour(base, dress);
   canvas.colour(static_cast<uint8_t>(base + 1), 0xF8D8C0);
@@ -170,7 +172,7 @@ inline Canvas figure(int32_t width, int32_t height, uint8_t base, uint32_t dress
 }
 
 /// Two figures with mouths of three cells: shut, half open, open.
-inline void writeFigures(const std::filesystem::path& cg) {
+void writeFigures(const std::filesystem::path& cg) {
   struct Form {
     const char *body, *mouth;
     uint8_t base;
@@ -192,16 +194,25 @@ inline void writeFigures(const std::filesystem::path& cg) {
   }
 }
 
-/// All of them, below the folder that lies over the game.
-inline void writeLinePictures(const std::filesystem::path& folder) {
-  const std::filesystem::path dat = folder / "dat", cg = folder / "cg";
-  writeFrame(dat);
-  writePlates(dat);
-  writePendant(dat);
-  writeBoxes(dat);
-  scenery(0xC8E0F8, 0xF8E8B0).write(cg / "KBA014.mcg");
-  scenery(0x101828, 0x402838).write(cg / "KBA015.mcg");
-  writeFigures(cg);
-}
-
+}  // namespace
 }  // namespace qv::testing
+
+int main(int count, char** arguments) {
+  using namespace qv::testing;
+  if (count != 2) return 2;
+  const std::filesystem::path dat = std::filesystem::path(arguments[1]) / "dat",
+                              cg = std::filesystem::path(arguments[1]) / "cg";
+  try {
+    writeFrame(dat);
+    writePlates(dat);
+    writePendant(dat);
+    writeBoxes(dat);
+    scenery(0xC8E0F8, 0xF8E8B0).write(cg / "KBA014.mcg");
+    scenery(0x101828, 0x402838).write(cg / "KBA015.mcg");
+    writeFigures(cg);
+  } catch (const std::exception& problem) {
+    std::fprintf(stderr, "%s\n", problem.what());
+    return 1;
+  }
+  return 0;
+}
