@@ -59,8 +59,8 @@ class Canvas {
 
 // Entries: 10 to 127 pictures, 128 to 169 figures, 212 to 244 the frame, 245 its key.
 constexpr uint8_t ArtKey = 245, Gold = 212, Panel = 213, SkipInk = 214, PromptInk = 215,
-                         ButtonUp = 216, ButtonDown = 217, ButtonOff = 218, PendantDark = 219,
-                         PendantLit = 220, SpriteKey = 169;
+                  ButtonUp = 216, ButtonDown = 217, ButtonOff = 218, PendantDark = 219,
+                  PendantLit = 220, SpriteKey = 169;
 constexpr int32_t StripWidth = 640, StripHeight = 127;
 
 Canvas framed(int32_t width, int32_t height) {

@@ -35,8 +35,8 @@ TEST_P(UnheardTest, KeepsTheTimeOfASound) {
   ASSERT_TRUE(mixer_.wave().open(pcm(1, 1000, 8), done));
   done.reset();
   const std::string samples(SoundMillis, '\x80');
-  ASSERT_TRUE(mixer_.wave().write(
-      {reinterpret_cast<const uint8_t*>(samples.data()), samples.size()}, 1));
+  ASSERT_TRUE(
+      mixer_.wave().write({reinterpret_cast<const uint8_t*>(samples.data()), samples.size()}, 1));
   thread_.start("unheard", [&] { playUnheard(mixer_, stop_); });
   const uint32_t start = tickCount();
   ASSERT_EQ(done.wait(60'000), 0);
