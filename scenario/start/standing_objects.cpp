@@ -8,13 +8,14 @@
 #include "message/text_areas.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/handles.h"
+#include "scenario/picture_names.h"
 #include "scenario/scenario.h"
 
 namespace qv {
 
 namespace {
 
-constexpr const char *PictureView = "cg.view", *WholeMap = "clmall", *FaceSurface = "mess.surf";
+constexpr const char *WholeMap = "clmall", *FaceSurface = "mess.surf";
 constexpr int32_t Visible = 0, Hidden = WindowHidden;
 constexpr int32_t HoverOn = 1, AdvanceRegion = 10, PendantRegion = 5;
 constexpr int32_t ScreenW = 640, ScreenH = 480;
@@ -56,7 +57,7 @@ void createLineArea(const AreaForm& form) {
 
 void createScreen() {
   create({PictureView, nullptr, 0, 0, ScreenW, ScreenH, Visible});
-  createSurface("cg.surf", ScreenW, ScreenH);
+  createSurface(PictureSurface, ScreenW, ScreenH);
 }
 
 void createFrame() {
