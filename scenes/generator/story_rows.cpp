@@ -38,7 +38,7 @@ class RowReader {
       fail();
       return {};
     }
-    const std::string found(rest_.substr(0, end + TagCloses.size()));
+    std::string found(rest_.substr(0, end + TagCloses.size()));
     rest_ = trim(rest_.substr(end + TagCloses.size()));
     return found;
   }
