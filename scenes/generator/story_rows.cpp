@@ -83,7 +83,7 @@ bool isFileName(const std::string& name) {
 }
 
 std::string fileOf(RowReader& row) {
-  const std::string name = row.word();
+  std::string name = row.word();
   if (row.good() && !isFileName(name)) row.fail();
   return name;
 }
