@@ -20,6 +20,9 @@ struct FrameButtons {
   void disableQuick();
 };
 
+/// Shows that a button was hit; it springs back by itself.
+void flashHit(SystemButton& button);
+
 /// Null before the start and behind the end.
 FrameButtons* frameButtons();
 void createFrameButtons();

@@ -17,6 +17,9 @@ void ToggleDramaMode();
 /// Makes the frame anew from what the screen shows; the line that stands is printed again.
 void RebuildMessageWindow();
 
+/// The presentation that stands.
+bool inDrama();
+
 /// What an effect does when a new picture stands on "cg.surf": the frame from it, without text.
 void buildMessageFrame();
 /// The strip of the picture in place of the window, before the whole picture changes.

@@ -31,7 +31,7 @@ void finishRestore() {
   RestoreSe();
   clearBoth(RestoreClearedRegister, PendantShownRegister);
   Reg(PendantSuppressRegister) = 0;
-  RestorePendant();
+  ShowSystemWindow();
 }
 
 constexpr int32_t digitOf(char byte) {
