@@ -35,8 +35,9 @@ void HideMessageWindow();
 /// The pendant, shown where its rules ask for it.
 void HideSystemWindow();
 void ShowSystemWindow();
-/// The frame's corner as it is outside of message skip, with its buttons; nothing in drama mode.
-void RestoreFrameCorner();
+/// Behind a load: the frame's corner as it is outside of message skip, and its three buttons drawn
+/// afresh, up and enabled; nothing in drama mode.
+void RestoreButtonStrip();
 
 /// The player chooses a place from the ring of a group; up to seven names narrow the ring of a
 /// group with variants. Gives the place's number from 0, or -1.

@@ -38,6 +38,14 @@ void FrameButtons::disableQuick() {
   quickLoad.disable();
 }
 
+void FrameButtons::redrawNormal() {
+  for (SystemButton* button : {&quickSave, &quickLoad, &skip}) {
+    button->release();
+    button->enable();
+    button->redraw();
+  }
+}
+
 void flashHit(SystemButton& button) {
   constexpr int32_t FlashTenths = 3, WithoutWait = 0;
   button.flash(FlashTenths, WithoutWait);

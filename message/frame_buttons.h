@@ -18,6 +18,8 @@ struct FrameButtons {
   void place();
   void enableQuick();
   void disableQuick();
+  /// All three up, enabled and drawn afresh.
+  void redrawNormal();
 };
 
 /// Shows that a button was hit; it springs back by itself.

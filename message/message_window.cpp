@@ -243,6 +243,12 @@ void RestoreFrameCorner() {
   if (FrameButtons* buttons = frameButtons()) buttons->enableQuick();
 }
 
+void RestoreButtonStrip() {
+  if (!theScenario || inDrama()) return;
+  RestoreFrameCorner();
+  if (FrameButtons* buttons = frameButtons()) buttons->redrawNormal();
+}
+
 void showSkipCorner() {
   const FrameSurfaces surfaces;
   if (surfaces.skipArt && surfaces.face) drawCorner(*surfaces.skipArt, 0, *surfaces.face);

@@ -10,7 +10,7 @@
 
 namespace qv {
 
-// HideMessageWindow and RestoreFrameCorner are commands of scenes.
+// HideMessageWindow and RestoreButtonStrip are commands of scenes.
 void ShowMessageWindow();
 /// The other presentation. Drama is meant to be heard: it switches all voices and effects on.
 void ToggleDramaMode();
@@ -25,8 +25,10 @@ void buildMessageFrame();
 /// The strip of the picture in place of the window, before the whole picture changes.
 void coverMessageWindow();
 
-/// The corner's picture while messages are skipped.
+/// The corner's picture while messages are skipped, and as it is otherwise; both with their quick
+/// buttons. There is no corner in drama mode.
 void showSkipCorner();
+void RestoreFrameCorner();
 
 /// Shows or hides the view of the present presentation; the other one is hidden.
 void showPresentView(bool visible);
