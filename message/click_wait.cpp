@@ -227,8 +227,9 @@ void LineWait::toggleWindow() {
   if (MessageWindowHiddenFlag != 0) {
     showPresentView(true);
     MessageWindowHiddenFlag = 0;
-    ShowPendant();
+    // Before it comes: the pointer may have left it while it was hidden.
     lightPendant(false);
+    ShowPendant();
     refreshWholeScreen(WithNudge);
   } else {
     HidePendant();
@@ -347,6 +348,7 @@ void LineWait::skip() {
   } else {
     result_ = Skipped;
   }
+  if (mode_ != ModeKeepVoice) stopLineVoice();
   LineAreas().clear();
   Reg(SavedStateRegister) = 0;
 }

@@ -74,6 +74,7 @@ class Selection {
 
   void toggle();
   void bringBack();
+  void bringPlatesBack();
   void clickBeside();
   void take();
   void quickSave();
@@ -206,6 +207,13 @@ void Selection::bringBack() {
   showPlates(plates_, true);
 }
 
+/// In the other order, in which the pendant does not come: the window counts as hidden until then.
+void Selection::bringPlatesBack() {
+  ShowPendant();
+  showPlates(plates_, true);
+  MessageWindowHiddenFlag = 0;
+}
+
 void Selection::toggle() {
   if (MessageWindowHiddenFlag != 0) {
     bringBack();
@@ -228,7 +236,7 @@ void Selection::clickBeside() {
 /// The region of the click is not asked: what counts is the plate that the player sees marked.
 void Selection::take() {
   if (MessageWindowHiddenFlag != 0) {
-    bringBack();
+    bringPlatesBack();
     return;
   }
   result_ = choice_;

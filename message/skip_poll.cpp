@@ -43,7 +43,6 @@ int32_t pollWholeScreen(uint32_t millis) {
 void SkipPoll() {
   if (!theScenario || theScenario->SysReg(SkipMode) == 0) return;
   if (theScenario->Reg(PendingCodeRegister) != 0) return;
-  if (!findClickMap(*theScenario, WholeScreenMap)) return;
   const int32_t code = pollWholeScreen(SkipPollMillis);
   if (stopsSkip(code)) theScenario->Reg(PendingCodeRegister) = code;
 }
