@@ -9,8 +9,9 @@
 #include "graphics/dib.h"
 #include "graphics/scene/picture_drawing.h"
 #include "input/animated_control.h"
-#include "message/skip_poll.h"
+#include "message/standing_names.h"
 #include "message/text_areas.h"
+#include "message/wait_codes.h"
 #include "platform/display/display.h"
 #include "platform/display/key_codes.h"
 #include "platform/text/shift_jis.h"
@@ -28,9 +29,8 @@ constexpr const char *BoxWindow = "chk.Window", *BoxArea = "chkMess.Aria",
                      *BoxPicture = "dat\\YesNo.mcg";
 constexpr int32_t BoxWidth = 306, BoxHeight = 98;
 constexpr int32_t YesId = 2, NoId = 3, OkId = 2;
-constexpr int32_t UseKeys = 1, WithKeys = 1, WriteThrough = 1;
+constexpr int32_t UseKeys = 1, WriteThrough = 1;
 constexpr int32_t NoticeTenths = 50;
-constexpr int32_t RightButtonKey = 2;
 
 struct ButtonForm {
   const char* file;
