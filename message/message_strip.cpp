@@ -7,6 +7,7 @@
 #include "message/standing_names.h"
 #include "message/wait_codes.h"
 #include "scenario/commands.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -14,8 +15,7 @@ namespace qv {
 
 namespace {
 
-constexpr const char *FaceSurface = "mess.surf", *PictureSurface = "cg.surf",
-                     *BlinkArea = "Blink.Area";
+constexpr const char *FaceSurface = "mess.surf", *BlinkArea = "Blink.Area";
 constexpr int32_t BelowText = 20;
 constexpr int32_t BlinkWidth = 16, BlinkHeight = 24;
 constexpr int32_t TakeBackup = 1, Restore = 1;

@@ -10,6 +10,7 @@
 #include "message/text_areas.h"
 #include "scenario/commands.h"
 #include "scenario/handles.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -17,7 +18,6 @@ namespace qv {
 
 namespace {
 
-constexpr const char* PictureView = "cg.view";
 constexpr int32_t CornerX = 586, CornerWidth = 104, CornerHeight = 74;
 constexpr ColourKey TextKey = 1;
 constexpr const char* FrameFile = "dat\\mframe.mcg";
@@ -25,7 +25,7 @@ constexpr int32_t SwitchedOn = 1;
 
 /// The surfaces behind the window; any of them may be missing in a story without a frame.
 struct FrameSurfaces {
-  QVVSurface* picture = surfaceNamed("cg.surf");
+  QVVSurface* picture = surfaceNamed(PictureSurface);
   QVVSurface* face = surfaceNamed("mess.surf");
   QVVSurface* empty = surfaceNamed("messTemp.surf");
   QVVSurface* art = surfaceNamed("mfrm.surf");

@@ -27,6 +27,7 @@
 #include "platform/text/shift_jis.h"
 #include "scenario/commands.h"
 #include "scenario/handles.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -37,7 +38,6 @@ namespace {
 constexpr int32_t TitleFromSelection = -5;
 constexpr std::array Endings{1, 2, 3, WaitLoaded, WaitToTitle, WaitToEnd};
 
-constexpr const char* PictureView = "cg.view";
 constexpr int32_t NoLimit = 0;
 constexpr uint32_t MapTickMillis = 50, LineTickMillis = 20;
 

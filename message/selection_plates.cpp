@@ -3,6 +3,7 @@
 #include "graphics/scene/picture_drawing.h"
 #include "message/standing_names.h"
 #include "message/text_areas.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -10,8 +11,7 @@ namespace qv {
 
 namespace {
 
-constexpr const char *PictureView = "cg.view", *PictureSurface = "cg.surf",
-                     *FrameSurface = "mfrm.surf";
+constexpr const char* FrameSurface = "mfrm.surf";
 constexpr int32_t FirstRaised = 10, LastRaised = 246, RaiseAmount = 100;
 // The system's colours at both ends of the table, which text and art keep.
 constexpr int32_t LowSystemCount = 10, FirstHighSystem = 246, HighSystemCount = 10;
