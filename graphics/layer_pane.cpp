@@ -35,9 +35,17 @@ void LayerPane::addDirty(const Rectangle& area) {
   dirty_ = dirty_.empty() ? area : dirty_.united(area);
 }
 
+/// A pane in a layer lies where the layer lies.
+void LayerPane::placePane(const PaneLayer& layer) {
+  if (!layer.pane) return;
+  Rectangle& extent = layer.pane->extent_;
+  extent = extent.moved(layer.rectangle.left - extent.left, layer.rectangle.top - extent.top);
+}
+
 void LayerPane::addLayer(const PaneLayer& layer) {
   const std::lock_guard guard(*lock_);
   removeLayer(layer.identifier);
+  placePane(layer);
   layers_.push_back(layer);
   addDirty(layer.rectangle);
 }
@@ -56,6 +64,7 @@ void LayerPane::moveLayer(int32_t identifier, int32_t x, int32_t y) {
   if (!layer) return;
   addDirty(layer->rectangle);
   layer->rectangle = layer->rectangle.moved(x - layer->rectangle.left, y - layer->rectangle.top);
+  placePane(*layer);
   addDirty(layer->rectangle);
 }
 

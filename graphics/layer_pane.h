@@ -33,7 +33,8 @@ struct PaneLayer {
 
 class LayerPane {
  public:
-  /// `extent`: position and size in the parent, or in the view.
+  /// `extent`: position and size in the parent, or in the view. In a layer it is the layer that
+  /// says the position.
   explicit LayerPane(const Rectangle& extent, LayerPane* parent = nullptr);
   LayerPane(const LayerPane&) = delete;
   LayerPane& operator=(const LayerPane&) = delete;
@@ -66,12 +67,13 @@ class LayerPane {
   };
   PaneLayer* find(int32_t identifier);
   void addDirty(const Rectangle& area);
+  static void placePane(const PaneLayer& layer);
   Target target() const;
   void drawLayer(const PaneLayer& layer, const Rectangle& part, const Target& target) const;
 
   LayerPane* const parent_;
   const std::shared_ptr<Lock> lock_;  ///< guards all below
-  const Rectangle extent_;
+  Rectangle extent_;
   View* view_ = nullptr;
   QVVSurface* surface8_ = nullptr;
   QVVSurface24* surface32_ = nullptr;

@@ -60,6 +60,9 @@ class View {
 
   /// Whether the right mouse button is down: what stops a tile dissolve.
   virtual bool rightButtonDown() const = 0;
+  /// How often it was pressed since the program began, modulo 2 to the power 32: by it a press is
+  /// seen that came and went between two looks.
+  virtual uint32_t rightButtonPresses() const { return 0; }
 };
 
 }  // namespace qv

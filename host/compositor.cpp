@@ -45,6 +45,10 @@ Compositor::Compositor()
 void Compositor::add(ScreenWindow& window, ScreenWindow* parent, Placement placement) {
   const Change change(*this);
   if (window.present_) return;
+  // What may fail comes first: a window without pixels is not put in.
+  std::vector<uint32_t> painted = std::move(placement.decoration);
+  if (painted.empty() && placement.source) painted.assign(pixelCount(placement.outer), 0);
+  (parent ? parent->children_ : windows_).push_back(&window);
   window.present_ = true;
   window.visible_ = false;
   window.framed_ = placement.framed;
@@ -53,10 +57,7 @@ void Compositor::add(ScreenWindow& window, ScreenWindow* parent, Placement place
   window.outer_ = placement.outer;
   window.client_ = placement.client;
   window.source_ = placement.source;
-  window.painted_ = std::move(placement.decoration);
-  if (window.painted_.empty() && window.source_)
-    window.painted_.assign(pixelCount(window.outer_), 0);
-  (parent ? parent->children_ : windows_).push_back(&window);
+  window.painted_ = std::move(painted);
   window.visible_ = placement.visible;
   const bool onlyNewWindows = onlyNewWindows_ || damage_.empty();
   paintWhole(window);
@@ -241,22 +242,24 @@ void Compositor::resize(ScreenWindow& window, int32_t outerWidth, int32_t outerH
                         const Rectangle& client, std::vector<uint32_t> decoration) {
   const Change change(*this);
   if (!window.present_) return;
-  const bool visible = std::exchange(window.visible_, false);
-  if (visible) composeWindow(window);
-  const Rectangle before = sizeOf(window.outer_);
-  window.outer_ = Rectangle::at(window.outer_.left, window.outer_.top, outerWidth, outerHeight);
-  window.client_ = client;
-  if (!decoration.empty()) {
-    window.painted_ = std::move(decoration);
-  } else if (window.source_) {
+  const Rectangle outer =
+      Rectangle::at(window.outer_.left, window.outer_.top, outerWidth, outerHeight);
+  const bool takesPixels = !decoration.empty() || window.source_;
+  std::vector<uint32_t> pixels = std::move(decoration);
+  if (pixels.empty() && window.source_) {
+    // Before anything changes, since memory may fail: the window then stays as it was.
+    pixels.assign(pixelCount(outer), 0);
     // Under a hold the old picture stays as far as it goes.
-    std::vector<uint32_t> pixels(pixelCount(window.outer_), 0);
-    const Rectangle kept = before.intersected(sizeOf(window.outer_));
+    const Rectangle before = sizeOf(window.outer_), kept = before.intersected(sizeOf(outer));
     for (int32_t y = 0; y < kept.height(); ++y)
       std::copy_n(window.painted_.begin() + static_cast<ptrdiff_t>(y) * before.width(),
                   kept.width(), pixels.begin() + static_cast<ptrdiff_t>(y) * outerWidth);
-    window.painted_ = std::move(pixels);
   }
+  const bool visible = std::exchange(window.visible_, false);
+  if (visible) composeWindow(window);
+  window.outer_ = outer;
+  window.client_ = client;
+  if (takesPixels) window.painted_ = std::move(pixels);
   window.update_.clear();
   window.visible_ = visible;
   if (visible) paintWhole(window);

@@ -71,10 +71,7 @@ void PointerState::moveTo(int32_t x, int32_t y) {
 }
 
 void PointerState::rightButton(bool down) {
-  if (down) {
-    rightTick_ = tickCount();
-    rightPressed_ = true;
-  }
+  if (down) ++rightPresses_;
   rightDown_ = down;
 }
 
@@ -82,10 +79,6 @@ void PointerState::place(int32_t& x, int32_t& y) const {
   const uint32_t place = place_;
   x = static_cast<int16_t>(place >> 16);
   y = static_cast<int16_t>(place & 0xFFFF);
-}
-
-bool PointerState::rightDown() const {
-  return rightDown_ || (rightPressed_ && tickCount() - rightTick_ <= PressMillis);
 }
 
 // --- One window ---

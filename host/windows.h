@@ -21,19 +21,17 @@ namespace qv {
 /// The pointer as everybody may see it; the UI thread writes it.
 class PointerState {
  public:
-  /// A press counts this long for who looks between its pieces of work.
-  static constexpr uint32_t PressMillis = 100;
-
   void moveTo(int32_t x, int32_t y);
   void rightButton(bool down);
   void place(int32_t& x, int32_t& y) const;
-  bool rightDown() const;
+  bool rightDown() const { return rightDown_; }
+  /// How often the right button was pressed.
+  uint32_t rightPresses() const { return rightPresses_; }
 
  private:
   std::atomic<uint32_t> place_ = 0;  ///< x in the upper half, y in the lower
   std::atomic<bool> rightDown_ = false;
-  std::atomic<bool> rightPressed_ = false;
-  std::atomic<uint32_t> rightTick_ = 0;
+  std::atomic<uint32_t> rightPresses_ = 0;
 };
 
 /// A message that is sent to a window; it stands on the sender's stack. The main window's thread
@@ -92,6 +90,7 @@ class HostWindowObject : public WindowObject,
   void hold() override { compositor_.hold(screen_); }
   void release(bool redraw) override { compositor_.release(screen_, redraw); }
   bool rightButtonDown() const override { return pointer_.rightDown(); }
+  uint32_t rightButtonPresses() const override { return pointer_.rightPresses(); }
   void addClickMap(ClickTarget& map) override;
   bool removeClickMap(ClickTarget& map) override;
   void repaintClickMaps() override;

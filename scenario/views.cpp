@@ -67,6 +67,10 @@ class NamedPicture {
   std::unique_ptr<QVVSurface> loaded_;
 };
 
+bool isPlainColour(const ObjectArgument& source) {
+  return source.word() == SourceBlack || source.word() == SourceWhite;
+}
+
 struct DrawCall {
   int32_t x, y, w, h, sx, sy, effect;
   ColourKey key;
@@ -90,12 +94,10 @@ void drawUnseen(View& view, const QVVSurface& source, const DrawCall& call) {
 }
 
 void drawOntoView(QVScenario& manager, View& view, const QVVSurface& source, DrawCall call) {
-  const int32_t steps = call.x;
-  if (call.effect == EffectPaletteFade) {
-    // The place of x carries the number of steps.
-    call.x = 0;
-    call.key = steps;
-  }
+  const bool fades = call.effect == EffectPaletteFade;
+  // The place of x carries the number of steps, which the engine takes in that of the key.
+  const int32_t keyOrSteps = fades ? call.x : call.key;
+  if (fades) call.x = 0;
   const Rectangle client = view.clientRectangle();
   const int32_t w = call.w == 0 ? source.width() : call.w;
   const int32_t h = call.h == 0 ? source.height() : call.h;
@@ -107,7 +109,15 @@ void drawOntoView(QVScenario& manager, View& view, const QVVSurface& source, Dra
                           {call.x, call.y, call.w, call.h, call.sx, call.sy}, pace,
                           [&manager](uint32_t limit) { return manager.Random(limit); });
   const bool turns = call.effect >= FirstRotation && call.effect <= LastRotation;
-  engine.run(call.effect, call.key, turns ? DegreesAFrame : 0, 0);
+  engine.run(call.effect, keyOrSteps, turns ? DegreesAFrame : 0, 0);
+}
+
+/// The source's word is the text itself, and x and y are the pen's place. A text has no size before
+/// it is laid out, by which a position code could put it: with one the pen stays where it stands.
+void printOnto(QVPrintArea& area, const ObjectArgument& source, int32_t x, int32_t y) {
+  if (isPlainColour(source)) return;
+  if (!isPositionCode(x) && !isPositionCode(y)) area.setPosition(x, y);
+  area.printText(source.text());
 }
 
 }  // namespace
@@ -124,11 +134,13 @@ void QVScenario::DrawTo(const char* target, ObjectArgument source, int32_t x, in
                         int32_t h, int32_t sx, int32_t sy, int32_t effect, ColourKey key, int32_t,
                         int32_t flush) {
   if (!target) return;
+  if (auto* area = static_cast<QVPrintArea*>(FindNative(target, TypePrintArea)))
+    return printOnto(*area, source, x, y);
   const DrawCall call = {x, y, w, h, sx, sy, effect, key, flush != 0};
   QVVSurface* const surface = namedSurface(*this, target);
   View* const view = surface ? nullptr : namedView(*this, target);
   if (!surface && !view) return;
-  const bool plain = source.word() == SourceBlack || source.word() == SourceWhite;
+  const bool plain = isPlainColour(source);
   const uint8_t index = source.word() == SourceWhite ? WhiteIndex : BlackIndex;
   if (plain && surface) {
     const Rectangle area =

@@ -120,7 +120,8 @@ class QVAnimationArea {
   std::atomic<bool> running_ = false;
   std::atomic<uint32_t> threadId_ = 0;  ///< of the last thread
 
-  mutable Lock lock_;  ///< guards all below; held for moments, never while drawing
+  mutable Lock lock_;  ///< guards all below; held for moments and through a backup's blit, never
+                       ///< while cells are drawn
   QVEvent unused_;     ///< set while no thread uses what the area draws
   int uses_ = 0;
   View* view_ = nullptr;

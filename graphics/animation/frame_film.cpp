@@ -43,7 +43,12 @@ void FrameFilm::setFirstFrame(int32_t frame) {
   if (!running_) firstFrame_ = std::max(frame, 0);
 }
 
+bool FrameFilm::isOwnThread() const {
+  return threadId_ != 0 && threadId_ == Thread::currentId();
+}
+
 void FrameFilm::start(View* view, intptr_t word, bool wait) {
+  if (isOwnThread()) return;
   if (!running_ && view && view->surface8()) {
     thread_.join();
     view_ = view;
@@ -58,11 +63,13 @@ void FrameFilm::start(View* view, intptr_t word, bool wait) {
 
 void FrameFilm::stop() {
   stopFlag_ = true;
-  thread_.join();
+  // Nobody waits for himself: the film ends behind the routine that says so.
+  if (!isOwnThread()) thread_.join();
 }
 
 void FrameFilm::runThread(void* film) {
   auto& self = *static_cast<FrameFilm*>(film);
+  self.threadId_ = Thread::currentId();
   for (int32_t frame = self.firstFrame_; frame < self.frameCount_ && !self.stopFlag_; ++frame)
     if (!self.showFrame(frame)) break;
   self.running_ = false;

@@ -34,9 +34,10 @@ class FrameFilm {
   void setRoutine(Routine routine) { routine_ = routine; }
 
   /// Shows the film on the view; nothing while it runs, or without a view of 8 bits. With `wait` it
-  /// returns when the film has ended.
+  /// returns when the film has ended. Its routine neither starts nor awaits it.
   void start(View* view, intptr_t word = 0, bool wait = false);
-  /// Ends the film behind the picture that is being shown, and waits for that.
+  /// Ends the film behind the picture that is being shown, and waits for that; a film's routine
+  /// does not wait for itself.
   void stop();
   bool running() const { return running_; }
   /// Set while no film runs.
@@ -44,6 +45,7 @@ class FrameFilm {
 
  private:
   QVString fileName(int32_t frame) const;
+  bool isOwnThread() const;
   bool showFrame(int32_t frame);
   static void runThread(void* film);
 
@@ -55,6 +57,7 @@ class FrameFilm {
   QVThread thread_;
   QVEvent ended_;
   std::atomic<bool> stopFlag_ = false, running_ = false;
+  std::atomic<uint32_t> threadId_ = 0;  ///< of the last thread
 };
 
 }  // namespace qv

@@ -74,31 +74,31 @@ Rectangle ScrollLayer::draw(QVVSurface& target) {
   const int32_t width = setting_.surface->width(), height = setting_.surface->height();
   if (width < 1 || height < 1) return {};
   moveOn(width, height);
+  // What was drawn last stays: half a picture would not be what the stage ends on.
+  if (outside(width, height)) return {};
   drawPieces(target, width, height);
   return setting_.place;
 }
 
-bool ScrollLayer::outside(int32_t width, int32_t height, uint32_t wrap) const {
-  return (!(wrap & WrapX) && setting_.sourceX + setting_.place.width() > width) ||
-         (!(wrap & WrapY) && setting_.sourceY + setting_.place.height() > height);
+bool ScrollLayer::outside(int32_t width, int32_t height) const {
+  return (!(setting_.wrap & WrapX) && setting_.sourceX + setting_.place.width() > width) ||
+         (!(setting_.wrap & WrapY) && setting_.sourceY + setting_.place.height() > height);
 }
 
 void ScrollLayer::moveOn(int32_t width, int32_t height) {
-  const int32_t oldX = modulo(setting_.sourceX, width), oldY = modulo(setting_.sourceY, height);
   if (state_ != Fresh) {
     setting_.sourceX += setting_.stepX;
     setting_.sourceY += setting_.stepY;
   }
   setting_.sourceX = modulo(setting_.sourceX, width);
   setting_.sourceY = modulo(setting_.sourceY, height);
-  if (outside(width, height, setting_.wrap)) {
-    // Kept where the whole was last seen.
-    setting_.sourceX = setting_.finalX == KeepPlace ? oldX : modulo(setting_.finalX, width);
-    setting_.sourceY = setting_.finalY == KeepPlace ? oldY : modulo(setting_.finalY, height);
+  if (outside(width, height)) {
+    if (setting_.finalX != KeepPlace) setting_.sourceX = modulo(setting_.finalX, width);
+    if (setting_.finalY != KeepPlace) setting_.sourceY = modulo(setting_.finalY, height);
     end();
     return;
   }
-  if (state_ != Ended) state_ = setting_.stepX == 0 && setting_.stepY == 0 ? Resting : Moving;
+  state_ = setting_.stepX == 0 && setting_.stepY == 0 ? Resting : Moving;
 }
 
 void ScrollLayer::end() {

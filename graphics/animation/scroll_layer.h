@@ -18,7 +18,7 @@ class ScrollLayer {
   /// Fresh: drawn at its source once before it moves.
   enum State : int32_t { Moving = 0, Resting = 2, Fresh = 3, Ended = 4 };
   static constexpr uint32_t WrapX = 1, WrapY = 2;
-  static constexpr int32_t KeepPlace = -1;  ///< of a final coordinate: where it is
+  static constexpr int32_t KeepPlace = -1;  ///< of a final coordinate: where the step took it
 
   struct Setting {
     const QVVSurface* surface = nullptr;  ///< borrowed
@@ -44,13 +44,14 @@ class ScrollLayer {
   /// Set when the layer has come to its end.
   QVEvent& ended() { return ended_; }
 
-  /// Moves on by one step and draws. Gives the place that was drawn.
+  /// Moves on by one step and draws. Gives the place that was drawn: nothing where the place leaves
+  /// the surface and no wrap bit brings it round.
   Rectangle draw(QVVSurface& target);
 
  private:
   void moveOn(int32_t width, int32_t height);
   void drawPieces(QVVSurface& target, int32_t width, int32_t height) const;
-  bool outside(int32_t width, int32_t height, uint32_t wrap) const;
+  bool outside(int32_t width, int32_t height) const;
   void end();
 
   mutable Lock lock_;  ///< guards all but the event

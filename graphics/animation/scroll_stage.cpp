@@ -115,6 +115,10 @@ uint32_t restOf(uint32_t tickMillis, uint32_t mark) {
 
 }  // namespace
 
+bool ScrollStage::isOwnThread() const {
+  return threadId_ != 0 && threadId_ == Thread::currentId();
+}
+
 void ScrollStage::start(uint32_t tickMillis) {
   if (running_) return;
   thread_.join();
@@ -127,6 +131,7 @@ void ScrollStage::start(uint32_t tickMillis) {
 
 void ScrollStage::runThread(void* stage) {
   auto& self = *static_cast<ScrollStage*>(stage);
+  self.threadId_ = Thread::currentId();
   for (;;) {
     const uint32_t mark = tickCount();
     if (!self.tick()) break;
@@ -148,7 +153,7 @@ void ScrollStage::run(uint32_t tickMillis, const std::function<void(uint32_t mil
 
 void ScrollStage::stop() {
   stop_.set();
-  thread_.join();
+  if (!isOwnThread()) thread_.join();
 }
 
 }  // namespace qv

@@ -49,7 +49,8 @@ class ScrollStage {
   /// Ticks on the caller's thread until the routine or another thread's `stop` ends it; without a
   /// routine also when nothing moves or fades any more. `sleep` may raise: then so does this.
   void run(uint32_t tickMillis, const std::function<void(uint32_t millis)>& sleep);
-  /// Waits until its own thread has ended. The layers stay.
+  /// Waits until its own thread has ended; the routine does not wait for itself, and the stage ends
+  /// behind it. The layers stay.
   void stop();
   bool running() const { return running_; }
 
@@ -67,6 +68,7 @@ class ScrollStage {
   Rectangle drawLayers();
   bool fadeOneStep();
   bool atRest() const;
+  bool isOwnThread() const;
   static void runThread(void* stage);
 
   View* view_;
@@ -79,6 +81,7 @@ class ScrollStage {
   QVThread thread_;
   QVEvent stop_;
   std::atomic<bool> running_ = false;
+  std::atomic<uint32_t> threadId_ = 0;  ///< of the last thread
   uint32_t tickMillis_ = 0;
 };
 

@@ -28,10 +28,10 @@ constexpr LevelRow Levels[] = {
     {2, true, BlendAB}, {3, true, BlendAB}, {4, true, BlendC},
 };
 
-void fadeByLevels(const TransitionEngine& engine, const EffectCall& call) {
+void fadeByLevels(const TransitionEngine& engine, const EffectCall& call, ColourKey key) {
   engine.pace().mark();
   for (const int32_t level : fadeLevels(call.effect, engine.surface32() != nullptr)) {
-    engine.drawSourceBlended(level, call.key);
+    engine.drawSourceBlended(level, key);
     engine.pace().waitSince(LevelMillis);
     engine.show(engine.rect());
     engine.pace().mark();
@@ -47,14 +47,15 @@ std::span<const int32_t> fadeLevels(int32_t effect, bool target32) {
 }
 
 void combFade(const TransitionEngine& engine, const EffectCall& call) {
-  fadeByLevels(engine, call);
+  fadeByLevels(engine, call, call.key);
 }
 
 void patternFade(const TransitionEngine& engine, const EffectCall& call) {
   if (engine.surface32())
     engine.refuse("blendPattern", call.key);
   else
-    fadeByLevels(engine, call);
+    // A pattern covers all of the target: a key only keeps the source's colours away.
+    fadeByLevels(engine, call, KeyNone);
 }
 
 }  // namespace qv

@@ -64,8 +64,7 @@ void openingCurtain(const TransitionEngine& engine, const EffectCall& call) {
     engine.show(engine.rect());
     engine.pace().waitSince(StepMillis);
   }
-  // Under a key the strips would show through where the picture does not cover them.
-  old.restore();
+  // Over the last strips: under a key they stay where the picture has no pixels.
   engine.cut(call.key);
 }
 
@@ -85,6 +84,7 @@ void closingCurtain(const TransitionEngine& engine, const EffectCall& call) {
     engine.show(engine.rect());
     engine.pace().waitSince(StepMillis);
   }
+  // The last step still has two strips of the old picture.
   old.restore();
   engine.cut(call.key);
 }

@@ -46,20 +46,18 @@ int32_t spinSine(int32_t angle);
 /// The row of the picture that stands in each row of a frame at that angle, or -1.
 std::vector<int32_t> spinRows(int32_t height, int32_t angle);
 
-/// What stands behind a turning picture: one word that is an index up to 255, and above that the
-/// address of a surface.
+/// What stands behind a turning picture: a colour by its index, or a surface, which is borrowed.
 class SpinBackground {
  public:
-  explicit SpinBackground(uint8_t index) : word_(index) {}
-  explicit SpinBackground(const QVVSurface& surface)
-      : word_(reinterpret_cast<uintptr_t>(&surface)) {}
-  bool isSurface() const { return word_ > HighestIndex; }
-  uint8_t index() const { return static_cast<uint8_t>(word_); }
-  const QVVSurface& surface() const { return *reinterpret_cast<const QVVSurface*>(word_); }
+  explicit SpinBackground(uint8_t index) : index_(index) {}
+  explicit SpinBackground(const QVVSurface& surface) : surface_(&surface) {}
+  bool isSurface() const { return surface_ != nullptr; }
+  uint8_t index() const { return index_; }
+  const QVVSurface& surface() const { return *surface_; }
 
  private:
-  static constexpr uintptr_t HighestIndex = 255;
-  uintptr_t word_;
+  const QVVSurface* surface_ = nullptr;
+  uint8_t index_ = 0;
 };
 
 /// `fadePalette` with the steps 0 to `last`, both included, of `steps`, each shown at once on the

@@ -98,6 +98,7 @@ class ShapeWipe {
       mask.draw(displacement);
     });
     engine_.pace().mark();
+    // The whole that the mask has gone over; what lies beside it is not the effect's.
     fill(engine_.rect());
     finishStep();
   }
@@ -124,9 +125,10 @@ class ShapeWipe {
   }
   template <class Frame>
   void moveOn(int32_t extent, int32_t from, const Frame& frame) {
-    const int32_t lines = std::max(extent / steps_, 1);
+    // None, where there are more steps than lines: then the mask stays away until it is whole.
+    const int32_t lines = extent / steps_;
     for (int32_t i = 1; i < steps_ && !engine_.pace().aborted(); ++i)
-      step(from + static_cast<int32_t>(std::min(int64_t{lines} * i, int64_t{extent})), frame);
+      step(from + lines * i, frame);
   }
   template <class Frame>
   void step(int32_t displacement, const Frame& frame) {

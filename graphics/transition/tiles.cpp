@@ -53,9 +53,21 @@ int64_t flushesOf(const TileRound& round, const Rectangle& rect) {
   return round.limit == 0 ? cells : std::min(cells, round.limit);
 }
 
+/// The right button, as who began to look at a moment sees it: down, or pressed since then.
+class RightButton {
+ public:
+  explicit RightButton(const View& view) : view_(view), before_(view.rightButtonPresses()) {}
+  bool pressed() const { return view_.rightButtonDown() || view_.rightButtonPresses() != before_; }
+
+ private:
+  const View& view_;
+  uint32_t before_;
+};
+
 /// Uncovers one round of tiles. True when the dissolve is over: all cells were shown, or the right
-/// button is down, which is looked at once a row of cells.
-bool revealTiles(const TransitionEngine& engine, const TileRound& round, SpanDebt& debt) {
+/// button was pressed, which is looked at once a row of cells.
+bool revealTiles(const TransitionEngine& engine, const TileRound& round, SpanDebt& debt,
+                 const RightButton& button) {
   const Grid grid(engine.rect(), round.size);
   const RandomOrder order(grid.count(), engine.random());
   int64_t shown = 0;
@@ -65,7 +77,7 @@ bool revealTiles(const TransitionEngine& engine, const TileRound& round, SpanDeb
     debt.pieceDone();
     ++shown;
     if (round.limit != 0 && shown == round.limit) return false;
-    if (shown % grid.columns == 0 && engine.view().rightButtonDown()) return true;
+    if (shown % grid.columns == 0 && button.pressed()) return true;
   }
   return round.limit == 0;
 }
@@ -96,6 +108,8 @@ std::vector<TileRound> tileRounds(int32_t effect, int32_t width, int32_t height)
 }
 
 void tileDissolve(const TransitionEngine& engine, const EffectCall& call) {
+  // From here on: a sweep before the tiles takes longer than a click.
+  const RightButton button(engine.view());
   engine.drawSource(call.key);
   const TileEffect& effect = tileEffect(call.effect);
   if (effect.sweepMillis != 0) gridSweep(engine, effect.sweepMillis);
@@ -106,7 +120,7 @@ void tileDissolve(const TransitionEngine& engine, const EffectCall& call) {
     flushes += flushesOf(round, rect);
   SpanDebt debt(engine.pace(), effect.tilesMillis, flushes);
   for (const TileRound& round : rounds)
-    if (revealTiles(engine, round, debt)) break;
+    if (revealTiles(engine, round, debt, button)) break;
 }
 
 }  // namespace qv

@@ -52,6 +52,7 @@ class StageView : public View {
     ++rightButtonLooks;
     return rightButton;
   }
+  uint32_t rightButtonPresses() const override { return rightPresses; }
 
   RecordingSurface* recording8() { return surface8_.get(); }
 
@@ -59,6 +60,7 @@ class StageView : public View {
   std::vector<Flush> flushes;
   std::function<void(const Flush&)> flushed;  ///< called when the pixels stand in the frame
   bool rightButton = false;
+  uint32_t rightPresses = 0;
   mutable int rightButtonLooks = 0;
 
  private:

@@ -180,6 +180,40 @@ TEST_F(LayerPaneTest, APaneInAPanePassesItsChangesOnAndIsPaintedWithIt) {
   EXPECT_EQ(view.surface.pixel(29, 22), 9);
 }
 
+TEST_F(LayerPaneTest, APaneInALayerThatIsMovedIsPaintedAndChangedAtItsNewPlace) {
+  LayerPane inner({5, 5, 35, 25}, &pane);
+  inner.addLayer(layer(red, 1, 10, 0));
+  pane.addLayer({.pane = &inner, .identifier = 3, .rectangle = {5, 5, 35, 25}});
+  pane.paint();
+  ASSERT_EQ(view.surface.pixel(10 + 5 + 10, 5 + 5), 1);
+  view.surface.fill(9);
+  view.flushed.clear();
+  pane.moveLayer(3, 25, 15);
+  pane.paint();
+  EXPECT_EQ(view.flushed, (Areas{{15, 10, 65, 40}}));
+  EXPECT_EQ(view.surface.pixel(10 + 25 + 10, 5 + 15), 1);
+  EXPECT_EQ(view.surface.pixel(10 + 25 + 9, 5 + 15), 9);
+  EXPECT_EQ(view.surface.pixel(64, 39), 1);
+  EXPECT_EQ(view.surface.pixel(10 + 5 + 10, 5 + 5), 9);
+  // What changes in it is looked for there too.
+  view.surface.fill(9);
+  view.flushed.clear();
+  const Rectangle part = {12, 2, 14, 4};
+  inner.invalidate(&part, true);
+  EXPECT_EQ(view.flushed, (Areas{{47, 22, 49, 24}}));
+  EXPECT_EQ(view.surface.pixel(47, 22), 1);
+  EXPECT_EQ(view.surface.pixel(49, 22), 9);
+}
+
+TEST_F(LayerPaneTest, APaneLiesWhereTheLayerLiesThatItIsAddedIn) {
+  LayerPane inner({0, 0, 30, 20}, &pane);
+  inner.addLayer(layer(red, 1, 10, 0));
+  pane.addLayer({.pane = &inner, .identifier = 3, .rectangle = {20, 10, 50, 30}});
+  pane.paint();
+  EXPECT_EQ(view.surface.pixel(10 + 20 + 10, 5 + 10), 1);
+  EXPECT_EQ(view.surface.pixel(10 + 10, 5), 0);
+}
+
 TEST_F(LayerPaneTest, DrawsOnto32BitsWhereItIsToldTo) {
   QVVSurface24 target;
   target.create(100, 80);

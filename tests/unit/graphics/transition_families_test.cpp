@@ -74,7 +74,7 @@ TEST_F(EffectTest, CombFadesFlushEachLevelFiftyMillisecondsAfterTheLast) {
 
 TEST_F(EffectTest, EachLevelIsDrawnOverTheOneBefore) {
   for (const ColourKey key : {KeyNone, ColourKey{0}})
-    for (int32_t effect = 2; effect <= 5; ++effect) {
+    for (int32_t effect = 2; effect <= 4; ++effect) {
       SCOPED_TRACE(effect);
       EffectStage stage(Width, Height), wanted(Width, Height);
       const std::vector<Indices> frames = framesOf(stage, {effect, key, 0, 0}, OddPlace);
@@ -89,6 +89,25 @@ TEST_F(EffectTest, EachLevelIsDrawnOverTheOneBefore) {
         EXPECT_EQ(frames[i], indicesOf(target)) << levels[i];
       }
     }
+}
+
+TEST_F(EffectTest, ThePatternFadeDrawsTheWholeSourceAndTakesItsColoursOnlyWithoutAKey) {
+  for (const ColourKey key : {KeyNone, ColourKey{0}}) {
+    SCOPED_TRACE(key);
+    EffectStage stage(Width, Height), wanted(Width, Height);
+    const std::vector<Indices> frames = framesOf(stage, {5, key, 0, 0}, OddPlace);
+    ASSERT_EQ(frames.size(), 16u + 1);
+    QVVSurface& target = *wanted.view.surface8();
+    for (int32_t level = -15; level <= 0; ++level) {
+      wanted.newCard.blitBlended(target, 11, 5, 3, 2, 37, 29, level);
+      EXPECT_EQ(frames[static_cast<size_t>(level + 15)], indicesOf(target)) << level;
+    }
+    // The card has pixels of the key.
+    wanted.newCard.blit(target, 11, 5, 3, 2, 37, 29, KeyNone);
+    EXPECT_EQ(frames.back(), indicesOf(target));
+    EXPECT_EQ(stage.view.surface8()->storedColours(),
+              (key == KeyNone ? stage.newCard : stage.oldCard).storedColours());
+  }
 }
 
 TEST_F(EffectTest, OnAViewOf32BitsTheLevelsAreSixteenths) {
@@ -283,6 +302,41 @@ TEST_F(EffectTest, OpeningCurtainsGrowFromTheMiddleWithTheOuterPartsFirst) {
   }
 }
 
+TEST_F(EffectTest, UnderAKeyTheLastStripsOfAnOpeningCurtainStandWhereThePictureHasNoPixels) {
+  for (const int32_t effect : {26, 27}) {
+    SCOPED_TRACE(effect);
+    EffectStage stage(Width, Height), wanted(Width, Height);
+    const std::vector<Indices> frames = framesOf(stage, {effect, 0, 0, 0});
+    ASSERT_EQ(frames.size(), 7u + 1);
+    QVVSurface& target = *wanted.view.surface8();
+    // Six sixteenths before the middle and as many behind it.
+    if (effect == 27) {
+      wanted.newCard.blit(target, 8, 0, 0, 0, 24, Height, 0);
+      wanted.newCard.blit(target, 32, 0, Width - 24, 0, 24, Height, 0);
+    } else {
+      wanted.newCard.blit(target, 0, 6, 0, 0, Width, 18, 0);
+      wanted.newCard.blit(target, 0, 24, 0, Height - 18, Width, 18, 0);
+    }
+    EXPECT_EQ(frames[6], indicesOf(target));
+    wanted.newCard.blit(target, 0, 0, 0, 0, Width, Height, 0);
+    EXPECT_EQ(frames[7], indicesOf(target));
+  }
+}
+
+TEST_F(EffectTest, AClosingCurtainsLastStripsGiveWayToThePicture) {
+  for (const ColourKey key : {KeyNone, ColourKey{0}})
+    for (const int32_t effect : {28, 29}) {
+      SCOPED_TRACE(effect);
+      EffectStage stage(Width, Height), wanted(Width, Height);
+      const std::vector<Indices> frames = framesOf(stage, {effect, key, 0, 0});
+      ASSERT_EQ(frames.size(), 7u + 1);
+      QVVSurface& target = *wanted.view.surface8();
+      wanted.newCard.blit(target, 0, 0, 0, 0, Width, Height, key);
+      EXPECT_NE(frames[6], indicesOf(target));
+      EXPECT_EQ(frames[7], indicesOf(target));
+    }
+}
+
 TEST_F(EffectTest, ClosingCurtainsShrinkTowardsTheMiddle) {
   EffectStage stage(Width, Height);
   const std::vector<Indices> frames = framesOf(stage, {28, KeyNone, 0, 0});
@@ -370,6 +424,29 @@ TEST_F(EffectTest, TheRightButtonEndsADissolveAfterOneRowOfCells) {
     EXPECT_EQ(areasOf(stage).back(), Whole);
     EXPECT_EQ(indicesOf(*stage.view.surface8()), indicesOf(stage.newCard));
   }
+}
+
+TEST_F(EffectTest, APressOfTheRightButtonCountsFromTheBeginningOfADissolveOn) {
+  // A click that is long over when the first row of cells stands, while the lines are swept.
+  EffectStage swept(Width, Height);
+  swept.view.flushed = [&](const StageView::Flush&) {
+    if (swept.view.flushes.size() == 3) ++swept.view.rightPresses;
+  };
+  swept.run({44, KeyNone, 0, 0});
+  EXPECT_EQ(swept.view.rightButtonLooks, 1);
+  EXPECT_LT(swept.ticks(), 300u + 50 + 300);
+  // One between two rows.
+  EffectStage tiles(Width, Height);
+  tiles.view.flushed = [&](const StageView::Flush&) {
+    if (tiles.view.flushes.size() == 11) ++tiles.view.rightPresses;
+  };
+  tiles.run({42, KeyNone, 0, 0});
+  EXPECT_EQ(tiles.view.flushes.size(), 2u * 8 + 1);
+  // One before it began does not.
+  EffectStage earlier(Width, Height);
+  ++earlier.view.rightPresses;
+  earlier.run({42, KeyNone, 0, 0});
+  EXPECT_EQ(earlier.view.flushes.size(), 8u * 6 + 1);
 }
 
 TEST_F(EffectTest, ADissolveLooksAtTheRightButtonOnceARowOfCells) {
@@ -602,6 +679,27 @@ TEST_F(EffectTest, BothPhasesOfAShapeWipeHaveTheirSteps) {
   one.run({70, KeyNone, 0, -5}, {}, true);
   EXPECT_EQ(one.view.flushes.size(), 2u + 1 + 1);
   EXPECT_EQ(one.ticks(), 0u);
+}
+
+TEST_F(EffectTest, WithMoreStepsThanLinesAMaskStaysAwayUntilItIsWhole) {
+  constexpr int32_t Steps = Height + 2;
+  EffectStage stage(Width, Height);
+  TransitionEngine engine(&stage.view, {&stage.newCard, &stage.mask1, nullptr}, {}, stage.pace,
+                          stage.random());
+  std::vector<Indices> frames;
+  stage.view.flushed = [&](const StageView::Flush&) {
+    frames.push_back(indicesOf(*stage.view.surface8()));
+  };
+  engine.run(73, KeyNone, Steps, 10);
+  ASSERT_EQ(frames.size(), 2u * Steps + 1);
+  EXPECT_EQ(stage.ticks(), 2u * Steps * 10);
+  const Indices before = indicesOf(stage.oldCard), whole = frames[Steps - 1];
+  EXPECT_NE(whole, before);
+  for (size_t i = 0; i < Steps - 1; ++i) {
+    EXPECT_EQ(frames[i], before) << i;
+    EXPECT_EQ(frames[Steps + i], whole) << i;
+  }
+  EXPECT_EQ(frames[2 * Steps - 1], Indices(size_t{Width} * Height, 16));
 }
 
 TEST_F(EffectTest, TheFirstMaskComesInFromItsEdgeAndLeavesItsColourBehind) {

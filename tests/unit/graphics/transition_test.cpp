@@ -43,6 +43,11 @@ bool sameWithin(const Rectangle& area, const std::vector<uint32_t>& one,
   return true;
 }
 
+/// Those that leave more of the source than its pixels, or more than the source.
+bool goesBesideItsKey(int32_t effect) {
+  return effect == 5 || effect == 26 || effect == 27;
+}
+
 bool isRotation(int32_t effect) {
   return effect >= 60 && effect <= 63;
 }
@@ -61,6 +66,7 @@ TEST_F(TransitionTest, EveryOpaqueEffectEndsWithTheSourceInSurfaceAndFrame) {
 
 TEST_F(TransitionTest, EveryKeyedEffectEndsWithTheSourceOverTheOldPicture) {
   for (const EffectCase& given : everyEffect(0)) {
+    if (goesBesideItsKey(given.call.effect)) continue;
     SCOPED_TRACE(given.call.effect);
     EffectStage stage(Width, Height), wanted(Width, Height);
     wanted.newCard.blit(*wanted.view.surface8(), OddPlace.x, OddPlace.y, OddPlace.sx, OddPlace.sy,

@@ -242,6 +242,25 @@ TEST_F(CompositorTest, ResizingPaintsWholeAndUncoversWhatLiesBelow) {
   EXPECT_EQ(at(60, 10), Blue);
 }
 
+TEST_F(CompositorTest, AWindowForWhichMemoryFailsStaysAsItWas) {
+  Pane pane(Red), other(Blue);
+  add(pane, {0, 0, 40, 30});
+  // More pixels than any machine can have.
+  constexpr int32_t Far = INT32_MAX;
+  EXPECT_ANY_THROW(compositor.resize(pane.window, Far, Far, {0, 0, Far, Far}, {}));
+  EXPECT_EQ(compositor.outer(pane.window), (Rectangle{0, 0, 40, 30}));
+  EXPECT_EQ(compositor.client(pane.window), (Rectangle{0, 0, 40, 30}));
+  EXPECT_TRUE(compositor.shown(pane.window));
+  EXPECT_EQ(at(39, 29), Red);
+  repaint(pane, Green);
+  EXPECT_EQ(at(39, 29), Green);
+  EXPECT_EQ(at(40, 29), Ground);
+  EXPECT_ANY_THROW(add(other, {0, 0, Far, Far}));
+  EXPECT_FALSE(compositor.present(other.window));
+  add(other, {0, 0, 10, 10});
+  EXPECT_EQ(at(9, 9), Blue);
+}
+
 TEST_F(CompositorTest, AHeldWindowKeepsItsOldPictureWhenItIsResized) {
   Pane pane(Red);
   add(pane, {0, 0, 100, 100});

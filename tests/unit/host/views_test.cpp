@@ -129,6 +129,46 @@ TEST_F(ViewsOfTheManager, ADrawWithoutFlushLeavesTheScreenAsItIs) {
   });
 }
 
+TEST_F(ViewsOfTheManager, AnUnseenDrawTakesItsKeyFromTheCallWhateverTheEffect) {
+  run([this] {
+    manager->CreateView("cg.view", nullptr, 0, 0, 640, 480, 0);
+    SurfaceHandle surface("cg.surf", 640, 480);
+    constexpr int32_t Steps = 16;
+    const Rectangle half = {0, 0, 320, 480};
+    surface.fill(RedIndex);
+    surface.fill(Steps, &half);
+    // The number of the palette fade's steps is no colour.
+    manager->DrawTo("cg.view", "cg.surf", Steps, 0, 0, 0, 0, 0, 9, KeyNone, 0, 0);
+    EXPECT_EQ(at(0, 0), Black);
+    EXPECT_EQ(view8("cg.view").pixel(0, 0), Steps);
+    EXPECT_EQ(view8("cg.view").pixel(320, 0), RedIndex);
+    view8("cg.view").fill(BlueIndex);
+    manager->DrawTo("cg.view", "cg.surf", 8, 0, 0, 0, 0, 0, 9, Steps, 0, 0);
+    EXPECT_EQ(view8("cg.view").pixel(0, 0), BlueIndex);
+    EXPECT_EQ(view8("cg.view").pixel(320, 0), RedIndex);
+  });
+}
+
+TEST_F(ViewsOfTheManager, AViewOf32BitsIsNoSourceOfADraw) {
+  run([this] {
+    manager->CreateView("cg.view", nullptr, 0, 0, 640, 480, 0);
+    manager->CreateView("wide.view", nullptr, 0, 0, 100, 80, WindowHidden, {}, TypeSecondView);
+    manager->FillObject("wide.view", RedIndex);
+    manager->FillObject("cg.view", BlueIndex);
+    SurfaceHandle surface("cg.surf", 20, 20);
+    surface.fill(5);
+    for (const int32_t effect : {1, 9, 10, 60}) {
+      manager->DrawTo("cg.view", "wide.view", 0, 0, 0, 0, 0, 0, effect);
+      manager->DrawTo("cg.view", "wide.view", 0, 0, 0, 0, 0, 0, effect, KeyNone, 0, 0);
+      manager->DrawTo("cg.surf", "wide.view", 0, 0, 0, 0, 0, 0, effect);
+    }
+    EXPECT_EQ(at(0, 0), Blue);
+    EXPECT_EQ(view8("cg.view").pixel(0, 0), BlueIndex);
+    EXPECT_EQ(surface.surface()->pixel(0, 0), 5);
+    EXPECT_TRUE(platform.dialogs.shown.empty());
+  });
+}
+
 TEST_F(ViewsOfTheManager, DrawsAreAlignedByPositionCodes) {
   run([this] {
     manager->CreateView("cg.view", nullptr, 0, 0, 640, 480, 0);

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "graphics/position.h"
 #include "input/hitret.h"
 #include "message/commands.h"
 #include "platform/text/text_renderer.h"
@@ -100,6 +101,52 @@ TEST_F(NamedAreas, PrintIntoTheViewTheyAreConnectedWith) {
     EXPECT_TRUE(clears("message.Area", host.screen.surface, 5, 5)) << "the target stays";
     EXPECT_EQ(host.screen.invalidations, 1) << view;
   }
+}
+
+TEST_F(NamedAreas, ADrawOntoAnAreaPrintsItsSourceWithThePenAtThatPlace) {
+  manager.ConnectObjects("mess.surf", "message.Area");
+  manager.DrawTo("message.Area", "AB", 4, 10, 0, 0, 0, 0);
+  const PenPosition behind = area("message.Area").position();
+  EXPECT_GT(behind.x, 4);
+  EXPECT_EQ(behind.y, 10);
+  const Rectangle line = {4, 10, behind.x, 30};
+  int printed = 0, beside = 0;
+  for (int32_t y = 0; y < 48; ++y)
+    for (int32_t x = 0; x < 64; ++x)
+      if (surface().pixel(x, y) != Ground) ++(line.contains(x, y) ? printed : beside);
+  EXPECT_EQ(beside, 0);
+  EXPECT_GT(printed, 0);
+  // With a code for either the pen stays.
+  manager.DrawTo("message.Area", "C", PositionCentre, 2, 0, 0, 0, 0);
+  const PenPosition further = area("message.Area").position();
+  EXPECT_GT(further.x, behind.x);
+  EXPECT_EQ(further.y, 10);
+  manager.DrawTo("message.Area", "", 1, PositionBottom, 0, 0, 0, 0);
+  EXPECT_EQ(area("message.Area").position(), further);
+  // A name is a text like any other.
+  manager.CreateObject("M", TypeSurface, {30, 8});
+  manager.DrawTo("message.Area", "M", 0, 5, 0, 0, 0, 0);
+  EXPECT_EQ(area("message.Area").position().y, 5);
+  EXPECT_LT(area("message.Area").position().x, 30);
+  EXPECT_TRUE(platform.dialogs.shown.empty());
+}
+
+TEST_F(NamedAreas, APlainColourDrawnOntoAnAreaIsNoText) {
+  manager.ConnectObjects("mess.surf", "message.Area");
+  const PenPosition before = area("message.Area").position();
+  manager.DrawTo("message.Area", 0, 4, 10, 0, 0, 0, 0);
+  manager.DrawTo("message.Area", -1, 4, 10, 0, 0, 0, 0);
+  EXPECT_EQ(area("message.Area").position(), before);
+  EXPECT_EQ(surface().pixel(5, 12), Ground);
+}
+
+TEST_F(NamedAreas, ADrawBesideAnAreaIsToldAndPrintedAtItsCorner) {
+  manager.ConnectObjects("mess.surf", "name.Area");
+  area("name.Area").setFlags(QVPrintArea::FlagOneLine);
+  manager.DrawTo("name.Area", "A", 0, 0, 0, 0, 0, 0);
+  ASSERT_EQ(platform.dialogs.shown.size(), 1u);
+  EXPECT_EQ(platform.dialogs.shown[0].caption, "QVPrintArea manager");
+  EXPECT_GT(area("name.Area").position().x, 40);
 }
 
 TEST_F(NamedAreas, ClearTheirLinkTogetherWithThemselves) {

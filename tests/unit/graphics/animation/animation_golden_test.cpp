@@ -155,8 +155,13 @@ TEST_F(AnimationGolden, AStageScrollsItsLayersAndFades) {
            .wrap = ScrollLayer::WrapX,
            .key = MagentaKey};
   stage.put(2, layer);
-  layer = {
-      .surface = &roll, .place = {20, 4, 44, 44}, .stepY = 4, .priority = 3, .key = MagentaKey};
+  // Its end is a place of its own: without one it would not be drawn any more.
+  layer = {.surface = &roll,
+           .place = {20, 4, 44, 44},
+           .stepY = 4,
+           .finalY = 40,
+           .priority = 3,
+           .key = MagentaKey};
   stage.put(3, layer);
 
   Strip strip(view, 5);
@@ -172,7 +177,8 @@ TEST_F(AnimationGolden, AStageScrollsItsLayersAndFades) {
     strip.take();
   }
   stage.stop();
-  EXPECT_EQ(stage.layer(3)->state(), ScrollLayer::Ended);
+  EXPECT_EQ(stage.layer(3)->state(), ScrollLayer::Resting);
+  EXPECT_TRUE(stage.layer(3)->ended().handle().isSet());
   EXPECT_TRUE(matchesGolden(strip.picture(), golden("scroll_stage.png")));
 }
 

@@ -109,6 +109,23 @@ TEST_F(Film, CallsItsRoutineBehindEachPicture) {
   EXPECT_EQ(shown, "!!");
 }
 
+TEST_F(Film, MayBeStoppedByItsRoutineAndIsNotStartedByIt) {
+  pictures(5);
+  keepWhatIsShown();
+  film.setFiles("film\\f");
+  film.setRoutine([](FrameFilm& running, intptr_t word) {
+    running.start(reinterpret_cast<View*>(word), word, true);
+    if (static_cast<FakeView*>(reinterpret_cast<View*>(word))->updates == 2) running.stop();
+  });
+  View* const shownOn = &view;
+  film.start(shownOn, reinterpret_cast<intptr_t>(shownOn));
+  sleepMillis(500);
+  EXPECT_FALSE(film.running());
+  EXPECT_TRUE(film.ended().handle().isSet());
+  EXPECT_EQ(shown, "AB");
+  film.stop();
+}
+
 TEST_F(Film, EndsWhereAPictureHasGoneSinceTheCount) {
   pictures(4);
   keepWhatIsShown();

@@ -113,6 +113,23 @@ TEST_F(Scroll, EndsWhereThePlaceWouldLeaveTheSurface) {
   EXPECT_EQ(screen(), "CDZZ/ZZZZ/ZZZZ");
 }
 
+TEST_F(Scroll, WithoutAFinalPlaceALayerStaysWhereTheLastStepTookItAndIsDrawnNoMore) {
+  auto made = setting({0, 0, 2, 1});
+  made.sourceX = 2;
+  made.stepX = 1;
+  made.finalY = 0;
+  stage.put(1, made);
+  stage.tick();
+  const int updates = view.updates;
+  for (int tick = 0; tick < 3; ++tick) {
+    stage.tick();
+    EXPECT_EQ(stage.layer(1)->setting().sourceX, 3);
+    EXPECT_EQ(stage.layer(1)->state(), ScrollLayer::Ended);
+  }
+  EXPECT_EQ(screen(), "CDZZ/ZZZZ/ZZZZ");
+  EXPECT_EQ(view.updates, updates);
+}
+
 TEST_F(Scroll, GoesToItsFinalPlaceAtTheEnd) {
   auto made = setting({0, 0, 2, 1});
   made.stepX = -1;
@@ -125,6 +142,21 @@ TEST_F(Scroll, GoesToItsFinalPlaceAtTheEnd) {
   EXPECT_EQ(screen(), "JKZZ/ZZZZ/ZZZZ");
 }
 
+TEST_F(Scroll, RestsAtItsFinalPlaceFromTheNextTickOn) {
+  auto made = setting({0, 0, 2, 1});
+  made.stepX = -1;
+  made.finalX = 1;
+  stage.put(1, made);
+  stage.tick();
+  stage.tick();
+  ASSERT_EQ(stage.layer(1)->state(), ScrollLayer::Ended);
+  view.surface.fill(26);
+  stage.tick();
+  EXPECT_EQ(stage.layer(1)->state(), ScrollLayer::Resting);
+  EXPECT_TRUE(stage.layer(1)->ended().handle().isSet());
+  EXPECT_EQ(screen(), "BCZZ/ZZZZ/ZZZZ");
+}
+
 TEST_F(Scroll, GoesOnFromAnEndWithANewStep) {
   auto made = setting({0, 0, 2, 1});
   made.stepX = -1;
@@ -132,27 +164,22 @@ TEST_F(Scroll, GoesOnFromAnEndWithANewStep) {
   stage.tick();
   stage.tick();
   ASSERT_EQ(stage.layer(1)->state(), ScrollLayer::Ended);
+  // The step that ended it had taken it from 0 round to 3.
   stage.layer(1)->setStep(2, 0);
   stage.tick();
-  EXPECT_EQ(screen(), "CDZZ/ZZZZ/ZZZZ");
+  EXPECT_EQ(screen(), "BCZZ/ZZZZ/ZZZZ");
   EXPECT_EQ(stage.layer(1)->state(), ScrollLayer::Moving);
 }
 
-TEST_F(Scroll, DrawsWhatThereIsOfASurfaceSmallerThanItsPlace) {
-  auto made = setting({1, 1, 20, 20});
-  stage.put(1, made);
-  stage.tick();
-  EXPECT_EQ(screen(), "ZZZZ/ZABC/ZEFG");
-  EXPECT_EQ(stage.layer(1)->state(), ScrollLayer::Ended);
-}
-
-TEST_F(Scroll, RepeatsNothingWithoutItsWrapBit) {
-  auto made = setting({0, 0, 4, 3});
-  made.sourceX = 2;
-  made.sourceY = 1;
-  stage.put(1, made);
-  stage.tick();
-  EXPECT_EQ(screen(), "GHZZ/KLZZ/ZZZZ");
+TEST_F(Scroll, DrawsNothingOfASurfaceThatItsPlaceLeavesWithoutAWrapBit) {
+  for (const uint32_t wrap : {0U, ScrollLayer::WrapX, ScrollLayer::WrapY}) {
+    auto made = setting({1, 1, 20, 20});
+    made.wrap = wrap;
+    stage.put(1, made);
+    stage.tick();
+    EXPECT_EQ(screen(), "ZZZZ/ZZZZ/ZZZZ") << wrap;
+    EXPECT_EQ(stage.layer(1)->state(), ScrollLayer::Ended) << wrap;
+  }
 }
 
 TEST_F(Scroll, DrawsByPriorityAndTiesInTheOrderOfTheirMaking) {
@@ -320,6 +347,24 @@ TEST_F(Scroll, LeavesByTheExceptionOfTheCallersSleep) {
   ui.join();
   // The stage is whole, and runs again.
   stage.tick();
+}
+
+TEST_F(Scroll, MayBeStoppedByItsRoutine) {
+  auto made = setting({0, 0, 4, 1});
+  made.stepX = 1;
+  made.wrap = ScrollLayer::WrapX;
+  stage.put(1, made);
+  stage.setRoutine([&](ScrollStage& running) {
+    if (view.updates == 2) running.stop();
+    return true;
+  });
+  stage.start(50);
+  sleepMillis(500);
+  EXPECT_FALSE(stage.running());
+  EXPECT_EQ(view.updates, 3);
+  view.updates = 0;
+  stage.run(50, [](uint32_t millis) { sleepMillis(millis); });
+  EXPECT_EQ(view.updates, 3);
 }
 
 TEST_F(Scroll, DrawsNothingWithoutAView) {
