@@ -9,7 +9,6 @@
 namespace qv {
 
 inline constexpr uint32_t ColourMask = 0xFFFFFF;  ///< blue, green and red of an entry
-inline constexpr int StaticColours = 20;          ///< half of them at each end of a table
 
 constexpr int blueOf(uint32_t entry) {
   return static_cast<int>(entry & 0xFF);

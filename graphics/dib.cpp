@@ -6,6 +6,7 @@
 
 #include "graphics/dib_builder.h"
 #include "graphics/little_endian.h"
+#include "graphics/static_colours.h"
 #include "platform/assert.h"
 #include "platform/dialogs/dialogs.h"
 #include "platform/services.h"
@@ -130,9 +131,8 @@ void DibBuilder::build(QVDib& dib, const StoredHeader& stored, std::span<const u
 
 QVDib::QVDib() {
   // The static colours are everybody's: a picture that says nothing brings none but them.
-  constexpr size_t FirstFree = 10, LastFree = 245;
-  PaletteUseTable.fill(0);
-  std::fill(PaletteUseTable.begin() + FirstFree, PaletteUseTable.begin() + LastFree + 1, 1u);
+  for (size_t entry = 0; entry < PaletteUseTable.size(); ++entry)
+    PaletteUseTable[entry] = isStaticColour(entry) ? 0 : 1;
 }
 
 void QVDib::clear() {
