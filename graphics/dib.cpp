@@ -181,12 +181,17 @@ bool QVDib::hasColourTable() const {
   return !empty() && (header().bitCount < 9 || header().coloursUsed != 0);
 }
 
-std::span<const uint32_t> QVDib::colours() const {
+std::span<const uint32_t> QVDib::tableWords() const {
   if (!hasColourTable()) return {};
   const size_t at = InfoBytes + (compressionOf(header()) == BitFields ? 4 : 0);
   const size_t there = (header_.size() - at) / 4;
   return {reinterpret_cast<const uint32_t*>(header_.data() + at),
-          std::min(there, static_cast<size_t>(std::max(colourCount(), 0)))};
+          std::min(there, static_cast<size_t>(std::max(colourTableWordCount(), 0)))};
+}
+
+std::span<const uint32_t> QVDib::colours() const {
+  const std::span<const uint32_t> words = tableWords();
+  return words.first(std::min(words.size(), static_cast<size_t>(std::max(colourCount(), 0))));
 }
 
 void QVDib::loadPacked(std::span<const uint8_t> block) {

@@ -94,7 +94,7 @@ void QVVSurface24::assignDib(const QVDib& dib) {
   for (int32_t y = height_ - 1; y >= 0 && width_ > 0; --y) {
     const size_t start = stride * static_cast<size_t>(height_ - y - 1);
     if (start >= bits.size()) break;
-    readRow(at(0, y), bits.subspan(start), width_, dib.colours());
+    readRow(at(0, y), bits.subspan(start), width_, dib.tableWords());
   }
   header_.xPelsPerMeter = dib.header().xPelsPerMeter;
   header_.yPelsPerMeter = dib.header().yPelsPerMeter;

@@ -24,10 +24,8 @@ bool fits(const QVDib& dib) {
 }  // namespace
 
 void QVVSurface::takeColours(const QVDib& dib) {
-  const std::span<const uint32_t> colours = dib.colours();
-  const size_t announced = static_cast<size_t>(std::max(dib.colourTableWordCount(), 0));
-  std::copy_n(colours.begin(), std::min({announced, colours.size(), stored_.size()}),
-              stored_.begin());
+  const std::span<const uint32_t> words = dib.tableWords();
+  std::copy_n(words.begin(), std::min(words.size(), stored_.size()), stored_.begin());
   showStored();
 }
 

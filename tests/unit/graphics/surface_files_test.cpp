@@ -4,6 +4,7 @@
 #include "foundation/file.h"
 #include "foundation/path_name.h"
 #include "tests/unit/graphics/surface_ground.h"
+#include "tests/support/picture_bytes.h"
 
 namespace qv {
 namespace {
@@ -66,6 +67,41 @@ TEST_F(SurfaceFiles, ABitmapOf8BitsBringsSizePixelsAndColours) {
 }
 
 TEST_F(SurfaceFiles, OtherDepthsLeaveASurfaceOf8BitsAlone) {
+TEST_F(SurfaceFiles, ABitmapWithMasksBringsAWordOfColoursMoreThanItTells) {
+  // The table begins one mask into the three, so two of them are its first entries.
+  const std::string block = testing::infoHeader(4, 1, 8, 3, 4, 3) + "RRRRGGGGBBBB" +
+                            "111122223333" + std::string("\0\1\2\3", 4);
+  QVDib dib;
+  dib.loadPacked(testing::spanOf(block));
+  ColourTable expected = defaultColours();
+  std::memcpy(expected.data(), "GGGGBBBB11112222", 16);
+  QVVSurface surface, other;
+  surface.assignDib(dib);
+  EXPECT_EQ(surface.storedColours(), expected);
+  EXPECT_EQ(surface.shownColours(), expected);
+  other.copyPaletteFromDib(dib);
+  EXPECT_EQ(other.storedColours(), expected);
+  QVVSurface24 wide;
+  wide.assignDib(dib);
+  for (int32_t x = 0; x < 4; ++x)
+    EXPECT_EQ(wide.pixel(x, 0), expected[static_cast<size_t>(x)] & 0xFFFFFF) << x;
+}
+
+TEST_F(SurfaceFiles, ABitmapWithMasksAndAFullTableEndsWithTheSurfacesTable) {
+  std::string table;
+  for (uint32_t entry = 0; entry < 256; ++entry)
+    table += testing::little(entry * 0x010203, 4);
+  const std::string block =
+      testing::infoHeader(4, 1, 8, 256, 4, 3) + "RRRRGGGGBBBB" + table + "abcd";
+  QVDib dib;
+  dib.loadPacked(testing::spanOf(block));
+  QVVSurface surface;
+  surface.assignDib(dib);
+  const ColourTable colours = surface.storedColours();
+  EXPECT_EQ(colours[1], 0x42424242u);
+  EXPECT_EQ(colours[255], 253u * 0x010203);
+}
+
   QVVSurface surface;
   putPattern(surface, 5, 5);
   const Lines before = linesOf(surface);
