@@ -50,7 +50,12 @@ TEST_F(Surface, IsCreatedAnewWithZeroesAndTheColoursOfANewOne) {
 }
 
 TEST_F(Surface, OfNoExtentTakesEveryOperation) {
-  for (const auto& [width, height] : {std::pair(0, 0), {-3, 5}, {5, -3}, {INT_MIN, INT_MIN}}) {
+  for (const auto& [width, height] : {std::pair(0, 0),
+                                      {-3, 5},
+                                      {5, -3},
+                                      {INT_MIN, INT_MIN},
+                                      {int32_t{MostPixels}, 0},
+                                      {0, int32_t{MostPixels}}}) {
     QVVSurface empty, other;
     QVVSurface24 wide;
     putPattern(other, 9, 9);
@@ -97,7 +102,12 @@ TEST_F(Surface, KeepsItsPixelsWhenACreateFails) {
     EXPECT_THROW(surface24.create(640, 480), NotEnoughMemoryException);
   }
   expectKept();
-  for (const auto& [width, height] : {std::pair(8001, 8000), {INT_MAX, INT_MAX}, {1, INT_MAX}}) {
+  for (const auto& [width, height] : {std::pair(8001, 8000),
+                                      {INT_MAX, INT_MAX},
+                                      {1, INT_MAX},
+                                      {INT_MAX, 0},
+                                      {0, INT_MAX},
+                                      {int32_t{MostPixels} + 1, 0}}) {
     EXPECT_THROW(surface.create(width, height), NotEnoughMemoryException);
     EXPECT_THROW(surface24.create(width, height), NotEnoughMemoryException);
     expectKept();
