@@ -185,6 +185,9 @@ class QVVSurface24 {
   virtual void blitDib(const QVDib& dib, ColourKey key);
   virtual void tileOnto(QVVSurface24& target, const Rectangle* rectangle);
   virtual void saveTagged(QVFile& file);
+  /// As QVVSurface::stretchTo; each pixel becomes the nearest of the colours that the target shows,
+  /// the lowest of equally near ones.
+  virtual void stretchTo(QVVSurface& target, int32_t x, int32_t y, int32_t w, int32_t h) const;
   virtual void loadTagged(QVFile& file);
   virtual void writeBmp(QVFile& file);
 

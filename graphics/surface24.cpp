@@ -154,6 +154,33 @@ void QVVSurface24::tileOnto(QVVSurface24& target, const Rectangle* rectangle) {
   });
 }
 
+void QVVSurface24::stretchTo(QVVSurface& target, int32_t x, int32_t y, int32_t w, int32_t h) const {
+  const SurfacePair pair(*this, target);
+  const AxisMap columns = mapStretched(x, w, target.width_, width_);
+  const AxisMap rows = mapStretched(y, h, target.height_, height_);
+  const size_t width = columns.sources.size();
+  if (width == 0) return;
+  // Neighbours are often of one colour, and a look through the whole table is dear.
+  uint32_t colour = 0;
+  uint8_t index = nearestEntry(target.shown_, colour);
+  int32_t row = rows.first, rowAbove = -1;
+  for (const int32_t sourceRow : rows.sources) {
+    uint8_t* const to = target.at(columns.first, row++);
+    if (sourceRow == rowAbove) {
+      std::memcpy(to, to + QVVSurface::strideOf(target.width_), width);
+      continue;
+    }
+    const uint32_t* const from = at(0, sourceRow);
+    for (size_t column = 0; column < width; ++column) {
+      const uint32_t wanted = from[columns.sources[column]] & ColourMask;
+      if (wanted != colour) index = nearestEntry(target.shown_, wanted);
+      colour = wanted;
+      to[column] = index;
+    }
+    rowAbove = sourceRow;
+  }
+}
+
 void QVVSurface24::fill(uint32_t colour, const Rectangle* rectangle) {
   const std::lock_guard guard(lock_);
   const Rectangle whole{0, 0, width_, height_};
