@@ -220,33 +220,40 @@ uint32_t QVVSurface24::pixel(int32_t x, int32_t y) const {
   return Rectangle{0, 0, width_, height_}.contains(x, y) ? *at(x, y) : 0;
 }
 
-std::vector<uint8_t> QVVSurface24::infoBlockAndPixels() const {
+HeapBlock QVVSurface24::infoBlockAndPixels() const {
   const std::lock_guard guard(lock_);
   BitmapInfoHeader header = header_;
   header.width = width_;
   header.height = height_;
   header.bitCount = TaggedSurface24.bitCount;
   const size_t pixelBytes = bits_.size() * sizeof(uint32_t);
-  std::vector<uint8_t> bytes(sizeof header + pixelBytes);
+  HeapBlock bytes(sizeof header + pixelBytes, HeapBlock::Content::Undefined, "QVHeap - malloc");
   std::memcpy(bytes.data(), &header, sizeof header);
   if (pixelBytes) std::memcpy(bytes.data() + sizeof header, bits_.data(), pixelBytes);
   return bytes;
 }
 
 void QVVSurface24::saveTagged(QVFile& file) {
-  writeTagged(file, TaggedSurface24, infoBlockAndPixels());
+  writeTagged(file, TaggedSurface24, infoBlockAndPixels().span());
 }
 
 void QVVSurface24::loadTagged(QVFile& file) {
-  const std::vector<uint8_t> record = readTagged(file, TaggedSurface24);
+  const HeapBlock record = readTagged(file, TaggedSurface24);
   if (record.empty()) return;
   QVDib dib;
-  dib.loadPacked(record);
-  assignDib(dib);
+  dib.loadPacked(record.span());
+  if (!dib.empty()) {
+    assignDib(dib);
+    return;
+  }
+  // No bitmap tells of a surface without extent.
+  BitmapInfoHeader header;
+  std::memcpy(&header, record.data(), sizeof header);
+  create(header.width, header.height);
 }
 
 void QVVSurface24::writeBmp(QVFile& file) {
-  writeBitmapFile(file, TaggedSurface24, infoBlockAndPixels());
+  writeBitmapFile(file, TaggedSurface24, infoBlockAndPixels().span());
 }
 
 }  // namespace qv
