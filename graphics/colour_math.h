@@ -4,12 +4,13 @@
 /// functions.
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace qv {
 
 inline constexpr uint32_t ColourMask = 0xFFFFFF;  ///< blue, green and red of an entry
-inline constexpr int StaticColours = 20;          ///< half of them at each end of a table
 
 constexpr int blueOf(uint32_t entry) {
   return static_cast<int>(entry & 0xFF);
@@ -39,6 +40,21 @@ constexpr int64_t tintChannel(int64_t luminance, int32_t tint) {
 }
 constexpr int64_t monochromeChannel(int64_t luminance, int32_t tint) {
   return luminance * (int64_t{tint} + 1) / 25600;
+}
+
+/// The entry that lies nearest to a colour, the lowest of equally near ones. All distances first,
+/// in a loop without branches, which vectors do in no time.
+inline uint8_t nearestEntry(const std::array<uint32_t, 256>& table, uint32_t colour) {
+  const int red = redOf(colour), green = greenOf(colour), blue = blueOf(colour);
+  std::array<int32_t, 256> distances;
+  for (size_t i = 0; i < distances.size(); ++i) {
+    const int r = redOf(table[i]) - red, g = greenOf(table[i]) - green, b = blueOf(table[i]) - blue;
+    distances[i] = r * r + g * g + b * b;
+  }
+  int32_t best = distances[0];
+  for (const int32_t distance : distances)
+    best = distance < best ? distance : best;
+  return static_cast<uint8_t>(std::ranges::find(distances, best) - distances.begin());
 }
 
 /// A run of entries: `first` is clamped into the table, the count ends with it; 0 means to the end.

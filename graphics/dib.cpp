@@ -6,6 +6,7 @@
 
 #include "graphics/dib_builder.h"
 #include "graphics/little_endian.h"
+#include "graphics/static_colours.h"
 #include "platform/assert.h"
 #include "platform/dialogs/dialogs.h"
 #include "platform/services.h"
@@ -16,6 +17,7 @@ namespace qv {
 namespace {
 
 constexpr size_t InfoBytes = sizeof(BitmapInfoHeader), MaskBytes = 12;
+static_assert(InfoBytes + MaskBytes == MostHeaderBytes);
 constexpr uint32_t BitFields = 3;
 constexpr uint32_t LeastWithColoursUsed = 36;
 constexpr size_t MostColours = 256;
@@ -108,21 +110,30 @@ std::optional<StoredHeader> StoredHeader::of(std::span<const uint8_t> source) {
   const uint32_t told = coloursToldOf(info);
   stored.entries = told ? told : static_cast<size_t>(coloursOfDepth(info.bitCount));
   if (stored.entries > MostColours) return std::nullopt;
-  if (compressionOf(info) == BitFields) stored.maskBytes = MaskBytes;
+  if (compressionOf(info) == BitFields) {
+    if (stored.bytes < MostHeaderBytes) {
+      stored.maskBytes = MaskBytes;
+    } else {
+      if (source.size() < MostHeaderBytes) return std::nullopt;
+      std::copy_n(&source[InfoBytes], MaskBytes, stored.ownMasks.emplace().begin());
+    }
+  }
   return stored;
 }
 
 void DibBuilder::build(QVDib& dib, const StoredHeader& stored, std::span<const uint8_t> table,
                        HeapBlock pixels) {
-  HeapBlock header(InfoBytes + stored.maskBytes + stored.entries * 4, HeapBlock::Content::Zeroed,
+  const size_t behind = InfoBytes + (stored.ownMasks ? MaskBytes : 0);
+  HeapBlock header(behind + stored.maskBytes + stored.entries * 4, HeapBlock::Content::Zeroed,
                    Creation);
   std::memcpy(header.data(), &stored.info, InfoBytes);
+  if (stored.ownMasks) std::ranges::copy(*stored.ownMasks, header.data() + InfoBytes);
   if (stored.entryBytes == 4) {
-    const size_t bytes = std::min(table.size(), header.size() - InfoBytes);
-    if (bytes) std::memcpy(header.data() + InfoBytes, table.data(), bytes);
+    const size_t bytes = std::min(table.size(), header.size() - behind);
+    if (bytes) std::memcpy(header.data() + behind, table.data(), bytes);
   } else {
     for (size_t entry = 0; entry < std::min(stored.entries, table.size() / 3); ++entry)
-      std::memcpy(header.data() + InfoBytes + entry * 4, &table[entry * 3], 3);
+      std::memcpy(header.data() + behind + entry * 4, &table[entry * 3], 3);
   }
   dib.header_ = std::move(header);
   dib.bits_ = std::move(pixels);
@@ -130,9 +141,8 @@ void DibBuilder::build(QVDib& dib, const StoredHeader& stored, std::span<const u
 
 QVDib::QVDib() {
   // The static colours are everybody's: a picture that says nothing brings none but them.
-  constexpr size_t FirstFree = 10, LastFree = 245;
-  PaletteUseTable.fill(0);
-  std::fill(PaletteUseTable.begin() + FirstFree, PaletteUseTable.begin() + LastFree + 1, 1u);
+  for (size_t entry = 0; entry < PaletteUseTable.size(); ++entry)
+    PaletteUseTable[entry] = isStaticColour(entry) ? 0 : 1;
 }
 
 void QVDib::clear() {
@@ -171,12 +181,17 @@ bool QVDib::hasColourTable() const {
   return !empty() && (header().bitCount < 9 || header().coloursUsed != 0);
 }
 
-std::span<const uint32_t> QVDib::colours() const {
+std::span<const uint32_t> QVDib::tableWords() const {
   if (!hasColourTable()) return {};
   const size_t at = InfoBytes + (compressionOf(header()) == BitFields ? 4 : 0);
   const size_t there = (header_.size() - at) / 4;
   return {reinterpret_cast<const uint32_t*>(header_.data() + at),
-          std::min(there, static_cast<size_t>(std::max(colourCount(), 0)))};
+          std::min(there, static_cast<size_t>(std::max(colourTableWordCount(), 0)))};
+}
+
+std::span<const uint32_t> QVDib::colours() const {
+  const std::span<const uint32_t> words = tableWords();
+  return words.first(std::min(words.size(), static_cast<size_t>(std::max(colourCount(), 0))));
 }
 
 void QVDib::loadPacked(std::span<const uint8_t> block) {

@@ -54,6 +54,9 @@ class QVDib {
   /// Entries blue, green, red, fourth, at most 256; empty when there is no table. They begin 40
   /// bytes into the block, with compression 3 at 44.
   std::span<const uint32_t> colours() const;
+  /// The same table as far as surfaces take it: as many words as `colourTableWordCount` tells and
+  /// the block holds. With compression 3 these are more than the colours.
+  std::span<const uint32_t> tableWords() const;
   /// What the source held: damaged pictures, and packed ones whose size field is small, have fewer
   /// bytes than their rows need, others have more.
   std::span<const uint8_t> bits() const { return bits_.span(); }

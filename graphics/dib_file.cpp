@@ -53,7 +53,7 @@ bool isBitmap(const FileHeader& header) {
 /// `blockAt` gives at most so many bytes of the file from a place in it.
 template <class BlockAt>
 void loadBitmap(const FileHeader& fileHeader, BlockAt blockAt, QVDib& dib) {
-  const HeapBlock head = blockAt(FileHeaderBytes, sizeof(BitmapInfoHeader));
+  const HeapBlock head = blockAt(FileHeaderBytes, MostHeaderBytes);
   const std::optional<StoredHeader> stored = StoredHeader::of(head.span());
   if (!stored) return;
   const HeapBlock table = blockAt(static_cast<int64_t>(FileHeaderBytes + stored->bytes),
@@ -164,7 +164,9 @@ void QVDib::loadResource(const char* name) {
   // A bitmap in a program's resources has no file header; ours are files that any tool opens.
   const HeapBlock bitmap = resourceBytes(name, ".bmp");
   if (bitmap.size() > FileHeaderBytes && littleWord(bitmap.data()) == BitmapMagic) {
-    loadPacked(bitmap.span().subspan(FileHeaderBytes));
+    const size_t pixelsAt = littleLong(&bitmap.data()[PixelsAtAt]);
+    loadPacked(bitmap.span().subspan(FileHeaderBytes),
+               bitmap.span().subspan(std::min(pixelsAt, bitmap.size())));
     return;
   }
   const HeapBlock rcg = resourceBytes(name, ".rcg");

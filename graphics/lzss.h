@@ -20,8 +20,8 @@ enum class LzssPairs {
   Sld,  ///< place: a and the high four bits of b above it; length: the low four bits of b
 };
 
-/// Expands until the stream or the output ends, wherever that is; gives the bytes written. What is
-/// not written stays as it was.
+/// Expands until the stream or the output ends, wherever that is; gives the bytes written. What
+/// lies behind them in `output` is undefined: copies are wide.
 size_t expandLzss(LzssPairs pairs, std::span<const uint8_t> stream, std::span<uint8_t> output);
 
 /// No stream needs more bytes than this for its output: all literals.

@@ -10,6 +10,7 @@
 #include "foundation/string.h"
 #include "graphics/colour_math.h"
 #include "graphics/dib.h"
+#include "graphics/static_colours.h"
 
 namespace qv {
 
@@ -39,9 +40,8 @@ void scobjPalette::create(int32_t count) {
   makeEntries(count);
   if (count != TableSize) return;
   const ColourTable& colours = defaultColours();
-  constexpr int AtEachEnd = StaticColours / 2;
-  std::copy_n(colours.begin(), AtEachEnd, entries_.data());
-  std::copy_n(colours.end() - AtEachEnd, AtEachEnd, entries_.data() + TableSize - AtEachEnd);
+  for (size_t entry = 0; entry < colours.size(); ++entry)
+    if (isStaticColour(entry)) entries_.data()[entry] = colours[entry];
 }
 
 void scobjPalette::makeEntries(int32_t count) {

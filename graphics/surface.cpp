@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iterator>
 #include <mutex>
 
 #include "foundation/system_info.h"
 #include "graphics/colour_math.h"
+#include "graphics/static_colours.h"
 #include "graphics/surface_size.h"
 
 namespace qv {
@@ -16,27 +16,7 @@ namespace {
 // What a surface is born with, so that none is ever without pixels.
 constexpr int32_t FirstWidth = 16, FirstHeight = 16;
 
-// The twenty static colours stand at both ends of the table.
-constexpr uint32_t LowColours[] = {
-    colourOf(0, 0, 0),       colourOf(128, 0, 0),    colourOf(0, 128, 0),   colourOf(128, 128, 0),
-    colourOf(0, 0, 128),     colourOf(128, 0, 128),  colourOf(0, 128, 128), colourOf(192, 192, 192),
-    colourOf(192, 220, 192), colourOf(166, 202, 240)};
-constexpr uint32_t HighColours[] = {colourOf(255, 251, 240), colourOf(160, 160, 164),
-                                    colourOf(128, 128, 128), colourOf(255, 0, 0),
-                                    colourOf(0, 255, 0),     colourOf(255, 255, 0),
-                                    colourOf(0, 0, 255),     colourOf(255, 0, 255),
-                                    colourOf(0, 255, 255),   colourOf(255, 255, 255)};
-static_assert(std::size(LowColours) == StaticColours / 2);
-static_assert(std::size(HighColours) == StaticColours / 2);
-
-constexpr ColourTable NewColours = [] {
-  ColourTable table{};
-  for (size_t i = 0; i < table.size(); ++i)
-    table[i] = colourOf(static_cast<int64_t>(i), static_cast<int64_t>(i), static_cast<int64_t>(i));
-  std::ranges::copy(LowColours, table.begin());
-  std::ranges::copy(HighColours, table.end() - std::size(HighColours));
-  return table;
-}();
+constexpr ColourTable NewColours = greyRampWithStaticColours();
 
 /// In pieces that the processor's vectors move.
 void swapRows(uint8_t* a, uint8_t* b, size_t width) {

@@ -12,12 +12,12 @@
 #include <array>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "foundation/string.h"
 #include "graphics/clip.h"
 #include "graphics/colour_key.h"
 #include "graphics/dib.h"
+#include "graphics/heap_block.h"
 #include "graphics/kernels/kernels.h"
 #include "graphics/pixel_block.h"
 #include "graphics/rectangle.h"
@@ -139,12 +139,16 @@ class QVVSurface {
     QVVSurface& surface_;
   };
 
+ protected:
+  /// Whether the surface is the record's now; otherwise it is as it was.
+  bool takeTagged(QVFile& file);
+
  private:
   friend class QVVSurface24;
   friend class SurfacePair;
 
   /// Header, stored colours and pixels as files have them.
-  std::vector<uint8_t> infoBlockAndPixels() const;
+  HeapBlock infoBlockAndPixels() const;
 
   // With the locks held.
   void blitArea(QVVSurface& target, BlitArea area, ColourKey key) const;
@@ -181,6 +185,9 @@ class QVVSurface24 {
   virtual void loadByName(const char* name);
   virtual void loadResource(int32_t id);
   virtual void create(int32_t width, int32_t height);
+  /// As QVVSurface::stretchTo; each pixel becomes the nearest of the colours that the target shows,
+  /// the lowest of equally near ones.
+  virtual void stretchTo(QVVSurface& target, int32_t x, int32_t y, int32_t w, int32_t h) const;
   /// Bitmaps of 8, 24 and 32 bits, at the top left; the key counts for those of 8 alone.
   virtual void blitDib(const QVDib& dib, ColourKey key);
   virtual void tileOnto(QVVSurface24& target, const Rectangle* rectangle);
@@ -214,7 +221,7 @@ class QVVSurface24 {
   friend class QVVSurface;
   friend class SurfacePair;
 
-  std::vector<uint8_t> infoBlockAndPixels() const;
+  HeapBlock infoBlockAndPixels() const;
 
   // With the locks held.
   void blitArea(QVVSurface24& target, BlitArea area) const;

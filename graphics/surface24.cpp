@@ -94,7 +94,7 @@ void QVVSurface24::assignDib(const QVDib& dib) {
   for (int32_t y = height_ - 1; y >= 0 && width_ > 0; --y) {
     const size_t start = stride * static_cast<size_t>(height_ - y - 1);
     if (start >= bits.size()) break;
-    readRow(at(0, y), bits.subspan(start), width_, dib.colours());
+    readRow(at(0, y), bits.subspan(start), width_, dib.tableWords());
   }
   header_.xPelsPerMeter = dib.header().xPelsPerMeter;
   header_.yPelsPerMeter = dib.header().yPelsPerMeter;
@@ -154,6 +154,33 @@ void QVVSurface24::tileOnto(QVVSurface24& target, const Rectangle* rectangle) {
   });
 }
 
+void QVVSurface24::stretchTo(QVVSurface& target, int32_t x, int32_t y, int32_t w, int32_t h) const {
+  const SurfacePair pair(*this, target);
+  const AxisMap columns = mapStretched(x, w, target.width_, width_);
+  const AxisMap rows = mapStretched(y, h, target.height_, height_);
+  const size_t width = columns.sources.size();
+  if (width == 0) return;
+  // Neighbours are often of one colour, and a look through the whole table is dear.
+  uint32_t colour = 0;
+  uint8_t index = nearestEntry(target.shown_, colour);
+  int32_t row = rows.first, rowAbove = -1;
+  for (const int32_t sourceRow : rows.sources) {
+    uint8_t* const to = target.at(columns.first, row++);
+    if (sourceRow == rowAbove) {
+      std::memcpy(to, to + QVVSurface::strideOf(target.width_), width);
+      continue;
+    }
+    const uint32_t* const from = at(0, sourceRow);
+    for (size_t column = 0; column < width; ++column) {
+      const uint32_t wanted = from[columns.sources[column]] & ColourMask;
+      if (wanted != colour) index = nearestEntry(target.shown_, wanted);
+      colour = wanted;
+      to[column] = index;
+    }
+    rowAbove = sourceRow;
+  }
+}
+
 void QVVSurface24::fill(uint32_t colour, const Rectangle* rectangle) {
   const std::lock_guard guard(lock_);
   const Rectangle whole{0, 0, width_, height_};
@@ -193,33 +220,40 @@ uint32_t QVVSurface24::pixel(int32_t x, int32_t y) const {
   return Rectangle{0, 0, width_, height_}.contains(x, y) ? *at(x, y) : 0;
 }
 
-std::vector<uint8_t> QVVSurface24::infoBlockAndPixels() const {
+HeapBlock QVVSurface24::infoBlockAndPixels() const {
   const std::lock_guard guard(lock_);
   BitmapInfoHeader header = header_;
   header.width = width_;
   header.height = height_;
   header.bitCount = TaggedSurface24.bitCount;
   const size_t pixelBytes = bits_.size() * sizeof(uint32_t);
-  std::vector<uint8_t> bytes(sizeof header + pixelBytes);
+  HeapBlock bytes(sizeof header + pixelBytes, HeapBlock::Content::Undefined, "QVHeap - malloc");
   std::memcpy(bytes.data(), &header, sizeof header);
   if (pixelBytes) std::memcpy(bytes.data() + sizeof header, bits_.data(), pixelBytes);
   return bytes;
 }
 
 void QVVSurface24::saveTagged(QVFile& file) {
-  writeTagged(file, TaggedSurface24, infoBlockAndPixels());
+  writeTagged(file, TaggedSurface24, infoBlockAndPixels().span());
 }
 
 void QVVSurface24::loadTagged(QVFile& file) {
-  const std::vector<uint8_t> record = readTagged(file, TaggedSurface24);
+  const HeapBlock record = readTagged(file, TaggedSurface24);
   if (record.empty()) return;
   QVDib dib;
-  dib.loadPacked(record);
-  assignDib(dib);
+  dib.loadPacked(record.span());
+  if (!dib.empty()) {
+    assignDib(dib);
+    return;
+  }
+  // No bitmap tells of a surface without extent.
+  BitmapInfoHeader header;
+  std::memcpy(&header, record.data(), sizeof header);
+  create(header.width, header.height);
 }
 
 void QVVSurface24::writeBmp(QVFile& file) {
-  writeBitmapFile(file, TaggedSurface24, infoBlockAndPixels());
+  writeBitmapFile(file, TaggedSurface24, infoBlockAndPixels().span());
 }
 
 }  // namespace qv

@@ -24,10 +24,8 @@ bool fits(const QVDib& dib) {
 }  // namespace
 
 void QVVSurface::takeColours(const QVDib& dib) {
-  const std::span<const uint32_t> colours = dib.colours();
-  const size_t announced = static_cast<size_t>(std::max(dib.colourTableWordCount(), 0));
-  std::copy_n(colours.begin(), std::min({announced, colours.size(), stored_.size()}),
-              stored_.begin());
+  const std::span<const uint32_t> words = dib.tableWords();
+  std::copy_n(words.begin(), std::min(words.size(), stored_.size()), stored_.begin());
   showStored();
 }
 
@@ -91,13 +89,14 @@ void QVVSurface::loadResource(int32_t id) {
   assignDib(dib);
 }
 
-std::vector<uint8_t> QVVSurface::infoBlockAndPixels() const {
+HeapBlock QVVSurface::infoBlockAndPixels() const {
   const std::lock_guard guard(lock_);
   BitmapInfoHeader header = header_;
   header.width = width_;
   header.height = height_;
   header.bitCount = BitCount;
-  std::vector<uint8_t> bytes(sizeof header + sizeof stored_ + bits_.size());
+  HeapBlock bytes(sizeof header + sizeof stored_ + bits_.size(), HeapBlock::Content::Undefined,
+                  "QVHeap - malloc");
   std::memcpy(bytes.data(), &header, sizeof header);
   std::memcpy(bytes.data() + sizeof header, stored_.data(), sizeof stored_);
   if (bits_.size())
@@ -106,19 +105,34 @@ std::vector<uint8_t> QVVSurface::infoBlockAndPixels() const {
 }
 
 void QVVSurface::saveTagged(QVFile& file) {
-  writeTagged(file, TaggedSurface, infoBlockAndPixels());
+  writeTagged(file, TaggedSurface, infoBlockAndPixels().span());
 }
 
 void QVVSurface::loadTagged(QVFile& file) {
-  const std::vector<uint8_t> record = readTagged(file, TaggedSurface);
-  if (record.empty()) return;
+  takeTagged(file);
+}
+
+bool QVVSurface::takeTagged(QVFile& file) {
+  const HeapBlock record = readTagged(file, TaggedSurface);
+  if (record.empty()) return false;
   QVDib dib;
-  dib.loadPacked(record);
-  assignDib(dib);
+  dib.loadPacked(record.span());
+  if (!dib.empty()) {
+    assignDib(dib);
+    return true;
+  }
+  // No bitmap tells of a surface without extent.
+  BitmapInfoHeader header;
+  std::memcpy(&header, record.data(), sizeof header);
+  const std::lock_guard guard(lock_);
+  remake(header.width, header.height, true);
+  std::memcpy(stored_.data(), record.data() + sizeof header, sizeof stored_);
+  showStored();
+  return true;
 }
 
 void QVVSurface::writeBmp(QVFile& file) {
-  writeBitmapFile(file, TaggedSurface, infoBlockAndPixels());
+  writeBitmapFile(file, TaggedSurface, infoBlockAndPixels().span());
 }
 
 void QVVSurface::saveBmpByName(const char* path) {

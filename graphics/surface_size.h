@@ -23,7 +23,9 @@ struct SurfaceSize {
 inline SurfaceSize surfaceSize(int32_t width, int32_t height) {
   const SurfaceSize size = {std::max(width, 0), std::max(height, 0)};
   // Rows of 8 bits are padded to 4 bytes: so a pixel may take 4 bytes in either kind, not more.
-  if (int64_t{size.width} * size.height > MostPixels)
+  // A side alone is bounded too, since strides are counted where there are no pixels.
+  if (std::max(size.width, size.height) > MostPixels ||
+      int64_t{size.width} * size.height > MostPixels)
     throw NotEnoughMemoryException("QVHeap - malloc");
   return size;
 }

@@ -25,6 +25,7 @@ void writeBytes(QVFile& file, std::span<const uint8_t> bytes) {
 int64_t pixelBytes(const BitmapInfoHeader& header, const TaggedForm& form) {
   if (header.size != sizeof(BitmapInfoHeader) || header.bitCount != form.bitCount ||
       header.compression != 0 || header.width < 0 || header.height < 0 ||
+      header.width > MostPixels || header.height > MostPixels ||
       int64_t{header.width} * header.height > MostPixels)
     return -1;
   const int64_t rowBytes = int64_t{header.width} * (form.bitCount / 8);
@@ -39,7 +40,7 @@ void writeTagged(QVFile& file, const TaggedForm& form, std::span<const uint8_t> 
   writeBytes(file, blockAndPixels);
 }
 
-std::vector<uint8_t> readTagged(QVFile& file, const TaggedForm& form) {
+HeapBlock readTagged(QVFile& file, const TaggedForm& form) {
   if (!file.isOpen()) return {};
   QVString tag;
   tag.load(file);
@@ -52,8 +53,10 @@ std::vector<uint8_t> readTagged(QVFile& file, const TaggedForm& form) {
   const int64_t pixels = whole ? pixelBytes(header, form) : -1;
   if (pixels < 0 || pixels + form.blockBytes > file.remaining()) return {};
 
-  std::vector<uint8_t> record(static_cast<size_t>(pixels + form.blockBytes));
-  file.read(record.data(), static_cast<int32_t>(record.size()));
+  HeapBlock record(static_cast<size_t>(pixels + form.blockBytes), HeapBlock::Content::Undefined,
+                   "QVHeap - malloc");
+  const auto size = static_cast<int32_t>(record.size());
+  if (file.read(record.data(), size) != size) return {};
   // The record's colours and pixels stand where its form says, whatever these fields say: a
   // surface that never took a bitmap leaves them empty, which would cost 32-bit pixels three
   // quarters of their bytes.

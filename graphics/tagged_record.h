@@ -5,7 +5,8 @@
 
 #include <cstdint>
 #include <span>
-#include <vector>
+
+#include "graphics/heap_block.h"
 
 namespace qv {
 
@@ -25,7 +26,7 @@ inline constexpr TaggedForm TaggedSurface = {"QVVSurface", 1064, 8},
 void writeTagged(QVFile& file, const TaggedForm& form, std::span<const uint8_t> blockAndPixels);
 /// Header, colours and pixels as a packed bitmap; empty for a foreign tag, a header of another kind
 /// and a size that the rest of the file does not hold. The file then stands behind the tag.
-std::vector<uint8_t> readTagged(QVFile& file, const TaggedForm& form);
+HeapBlock readTagged(QVFile& file, const TaggedForm& form);
 
 /// A bitmap file of the same bytes.
 void writeBitmapFile(QVFile& file, const TaggedForm& form, std::span<const uint8_t> blockAndPixels);

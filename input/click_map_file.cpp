@@ -3,12 +3,10 @@
 
 #include <array>
 #include <cstring>
-#include <vector>
 
 #include "foundation/file.h"
 #include "foundation/path_name.h"
 #include "graphics/dib.h"
-#include "graphics/tagged_record.h"
 #include "input/click_map.h"
 #include "platform/dialogs/dialogs.h"
 #include "platform/services.h"
@@ -49,11 +47,7 @@ void QVClickMap::read(QVFile& file) {
   if (!readSignature(file)) return;
   std::array<int32_t, 2> origin{};
   if (file.read(origin.data(), sizeof origin) != sizeof origin) return;
-  const std::vector<uint8_t> record = readTagged(file, TaggedSurface);
-  if (record.empty()) return;
-  QVDib picture;
-  picture.loadPacked(record);
-  assignDib(picture);
+  if (!takeTagged(file)) return;
   setOrigin(origin[0], origin[1]);
 }
 

@@ -1,8 +1,5 @@
 #include "message/text_device.h"
 
-#include <algorithm>
-#include <array>
-
 #include "graphics/colour_math.h"
 #include "graphics/surface.h"
 #include "platform/services.h"
@@ -27,19 +24,8 @@ uint32_t entryOf(ColourRef colour) {
   return colourOf(colour & 0xFF, colour >> 8 & 0xFF, colour >> 16 & 0xFF);
 }
 
-/// All distances first, in a loop without branches, which vectors do in no time.
 uint8_t nearestIndex(const ColourTable& table, ColourRef colour) {
-  const uint32_t wanted = entryOf(colour);
-  const int red = redOf(wanted), green = greenOf(wanted), blue = blueOf(wanted);
-  std::array<int32_t, std::tuple_size_v<ColourTable>> distances;
-  for (size_t i = 0; i < distances.size(); ++i) {
-    const int r = redOf(table[i]) - red, g = greenOf(table[i]) - green, b = blueOf(table[i]) - blue;
-    distances[i] = r * r + g * g + b * b;
-  }
-  int32_t best = distances[0];
-  for (const int32_t distance : distances)
-    best = distance < best ? distance : best;
-  return static_cast<uint8_t>(std::ranges::find(distances, best) - distances.begin());
+  return nearestEntry(table, entryOf(colour));
 }
 
 class SystemTextDevice : public TextDevice {

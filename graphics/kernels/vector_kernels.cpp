@@ -8,7 +8,7 @@
 // Vectors whose length is known only at run time cannot be halved as the row ends need it.
 #define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
 
-// This file is compiled once for each target; vector_rows.h holds what differs between them.
+// This file is compiled once for each target; vector_rows-inl.h holds what differs between them.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "graphics/kernels/vector_kernels.cpp"
 #include <hwy/foreach_target.h>  // before highway.h

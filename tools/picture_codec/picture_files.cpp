@@ -1,11 +1,13 @@
 #include "tools/picture_codec/picture_files.h"
 
 #include <algorithm>
+#include <string>
 
 #include "graphics/dib.h"
 #include "graphics/little_endian.h"
 #include "graphics/mcg_reader.h"
 #include "graphics/sld_reader.h"
+#include "tools/qvtool/failure.h"
 
 namespace qv::codec {
 
@@ -32,6 +34,16 @@ std::vector<uint8_t> paddedRows(const IndexedPicture& picture, Rows order) {
   return rows;
 }
 
+/// Who reads an MCG counts the bytes of its rows in 16 bits.
+void checkRows(int32_t width, size_t stride) {
+  constexpr size_t MostRowBytes = 0xFFFF;
+  if (stride > MostRowBytes)
+    throw tool::Failure("a picture " + std::to_string(width) +
+                        " pixels wide does not fit an MCG: a row has " + std::to_string(stride) +
+                        " bytes, of which the format counts " + std::to_string(MostRowBytes) +
+                        " at most.");
+}
+
 enum class Marks { Kept, Cleared };
 
 std::array<uint8_t, 1024> paletteBytes(const IndexedPicture& picture, Marks marks) {
@@ -55,6 +67,7 @@ std::vector<uint8_t> mcgFile(const McgHead& head, std::span<const uint8_t> palet
 }  // namespace
 
 std::vector<uint8_t> encodeMcg(const IndexedPicture& picture, const Progress& progress) {
+  checkRows(picture.width, strideOf(static_cast<size_t>(picture.width)));
   const std::vector<uint8_t> rows = paddedRows(picture, Rows::TopFirst);
   McgHead head;
   head.width = picture.width;
@@ -68,6 +81,7 @@ std::vector<uint8_t> encodeMcg24(int32_t width, int32_t height, std::span<const 
                                  const Progress& progress) {
   const auto across = static_cast<size_t>(width);
   const size_t stride = strideOf(across * 3);
+  checkRows(width, stride);
   std::vector<uint8_t> rows(stride * static_cast<size_t>(height));
   for (size_t at = 0; at < pixels.size(); ++at) {
     uint8_t* const pixel = &rows[at / across * stride + at % across * 3];

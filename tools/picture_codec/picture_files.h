@@ -11,7 +11,8 @@
 
 namespace qv::codec {
 
-/// 8 bits, 256 colours with their marks.
+/// 8 bits, 256 colours with their marks. Both writers of MCG throw tool::Failure for rows of 65536
+/// bytes and more.
 std::vector<uint8_t> encodeMcg(const IndexedPicture& picture, const Progress& progress = {});
 /// 24 bits, no palette. `pixels` are 0xRRGGBB, top row first.
 std::vector<uint8_t> encodeMcg24(int32_t width, int32_t height, std::span<const uint32_t> pixels,

@@ -28,6 +28,11 @@ class QVDibTest : public ::testing::Test {
     dib_.loadPacked(spanOf(block));
     return dib_;
   }
+  QVDib& resource(std::string_view bytes) {
+    platform_.writeFile(platform_.game() / "res" / "7.bmp", bytes);
+    dib_.loadResource(7);
+    return dib_;
+  }
   ptrdiff_t ownEntries() const {
     return std::count(dib_.PaletteUseTable.begin(), dib_.PaletteUseTable.end(), 0u);
   }
@@ -92,6 +97,41 @@ TEST_F(QVDibTest, ReadsTheTableBehindALongerHeader) {
   EXPECT_EQ(textOf(dib_.bits()), "abcd");
 }
 
+TEST_F(QVDibTest, ReadsHeadersThatEndEarly) {
+  for (const size_t bytes :
+       {size_t{16}, size_t{17}, size_t{20}, size_t{35}, size_t{36}, size_t{39}}) {
+    std::string header = infoHeader(4, 2, 8, 2).substr(0, bytes);
+    header[0] = static_cast<char>(bytes);
+    // The count of colours stands at the end of 36 bytes.
+    std::string table;
+    for (uint32_t entry = 0; entry < (bytes < 36 ? 256u : 2u); ++entry)
+      table += little(entry * 0x010203 + 7, 4);
+    for (const bool file : {true, false}) {
+      file ? loaded(bmpFile(header + table, "abcdefgh")) : packed(header + table + "abcdefgh");
+      ASSERT_FALSE(dib_.empty()) << bytes;
+      EXPECT_EQ(dib_.header().size, bytes);
+      EXPECT_EQ(textOf(dib_.headerBlock().subspan(40)), table) << bytes;
+      EXPECT_EQ(dib_.colours().size(), table.size() / 4) << bytes;
+      EXPECT_EQ(textOf(dib_.bits()), "abcdefgh") << bytes;
+    }
+  }
+}
+
+TEST_F(QVDibTest, TakesThePixelsFromWhereTheFileSaysTheyAre) {
+  const std::string head = infoHeader(4, 2, 8, 2) + "1111" + "2222";
+  for (const std::string gap : {"", "?", "gap", "a gap of some more bytes"}) {
+    const std::string file = bmpFile(head + gap, "abcdefgh");
+    EXPECT_EQ(textOf(loaded(file).bits()), "abcdefgh") << gap;
+    EXPECT_EQ(textOf(dib_.headerBlock().subspan(40)), "11112222") << gap;
+    EXPECT_EQ(textOf(resource(file).bits()), "abcdefgh") << gap;
+    EXPECT_EQ(textOf(dib_.headerBlock().subspan(40)), "11112222") << gap;
+  }
+  std::string outside = bmpFile(head, "abcdefgh");
+  outside.replace(10, 4, little(0xFFFFFFF0, 4));
+  EXPECT_TRUE(loaded(outside).bits().empty());
+  EXPECT_TRUE(resource(outside).bits().empty());
+}
+
 TEST_F(QVDibTest, ReadsNothingBehindTheBitmapsOwnSize) {
   EXPECT_EQ(textOf(loaded(bitmap8() + "more and more").bits()), "abcdefgh");
 }
@@ -103,6 +143,50 @@ TEST_F(QVDibTest, KeepsTwelveBytesOfMasks) {
   EXPECT_EQ(dib_.colourCount(), 0);
   EXPECT_EQ(dib_.colourTableWordCount(), 1);
   EXPECT_FALSE(dib_.hasColourTable());
+}
+
+/// A header that is long enough to hold the masks itself.
+std::string longHeader(size_t bytes, uint32_t bitCount, uint32_t told) {
+  std::string header = infoHeader(1, 1, bitCount, told, 4, 3) + "RRRRGGGGBBBB";
+  header[0] = static_cast<char>(bytes);
+  header.resize(bytes, 'x');
+  return header;
+}
+
+TEST_F(QVDibTest, FindsTheMasksWithinALongerHeaderAndNoneBehindIt) {
+  for (const size_t bytes : {size_t{52}, size_t{56}, size_t{108}, size_t{124}}) {
+    const std::string bare = longHeader(bytes, 32, 0), three = longHeader(bytes, 8, 3);
+    const auto expectBare = [&](const char* how) {
+      ASSERT_FALSE(dib_.empty()) << bytes << how;
+      EXPECT_EQ(textOf(dib_.headerBlock().subspan(40)), "RRRRGGGGBBBB") << bytes << how;
+      EXPECT_EQ(textOf(dib_.bits()), "abcd") << bytes << how;
+    };
+    loaded(bmpFile(bare, "abcd"));
+    expectBare(" file");
+    resource(bmpFile(bare, "abcd"));
+    expectBare(" resource");
+    packed(bare + "abcd");
+    expectBare(" block");
+    for (const bool file : {true, false}) {
+      const std::string table = "111122223333";
+      file ? loaded(bmpFile(three + table, "abcd")) : packed(three + table + "abcd");
+      EXPECT_EQ(textOf(dib_.headerBlock().subspan(40)), "RRRRGGGGBBBB" + table) << bytes;
+      EXPECT_EQ(textOf(dib_.bits()), "abcd") << bytes;
+    }
+    for (size_t size = 0; size < bytes; ++size)
+      EXPECT_TRUE(packed(bare.substr(0, size)).empty()) << size;
+  }
+}
+
+TEST_F(QVDibTest, FindsTheMasksBehindAHeaderThatEndsBeforeThem) {
+  for (const size_t bytes : {size_t{41}, size_t{51}}) {
+    std::string header = infoHeader(1, 1, 32, 0, 4, 3);
+    header[0] = static_cast<char>(bytes);
+    header.resize(bytes, 'x');
+    loaded(bmpFile(header + "RRRRGGGGBBBB", "abcd"));
+    EXPECT_EQ(textOf(dib_.headerBlock().subspan(40)), "RRRRGGGGBBBB") << bytes;
+    EXPECT_EQ(textOf(dib_.bits()), "abcd") << bytes;
+  }
 }
 
 TEST_F(QVDibTest, FindsItsColoursFourBytesFurtherWithMasks) {
@@ -152,7 +236,8 @@ TEST_F(QVDibTest, TakesItsUseTableFromTheMarksOfAnMcg) {
 TEST_F(QVDibTest, GetsTheRightPixelsOfAnMcgWithMasks) {
   loaded(mcgFile({.width = 2, .height = 1, .bitCount = 32, .pixelBytes = 8, .compression = 3},
                  "RRRRGGGGBBBB" + literals("abcdefgh")));
-  EXPECT_EQ(textOf(dib_.bits()).substr(0, 2), "ab");
+  // A picture without a size field: its row of two counts as two bytes, rounded up to four.
+  EXPECT_EQ(textOf(dib_.bits()), "abcd");
   EXPECT_EQ(textOf(dib_.headerBlock().subspan(40)), "RRRRGGGGBBBB");
 }
 

@@ -248,6 +248,11 @@ class Kernels : public ::testing::TestWithParam<int64_t> {
     for (size_t target = 0; target < 16 * targetStep && target < 64; target += targetStep)
       for (size_t source = 0; source < 16 * sourceStep; source += sourceStep)
         expectAt(trial, width, 2, 8, 4, target, source);
+    if (trial.pixelBytes != 1) return;
+    // Bytes begin anywhere in the longest vector, and longer rows have vectors between both ends.
+    for (size_t target = 0; target < 64; ++target)
+      for (const int longer : {width, 70, 200})
+        expectAt(trial, longer, 2, 8, 4, target, target * 7 % 16);
   }
   void expectAt(const Trial& trial, int width, int height, int targetExtra, int sourceExtra,
                 size_t targetShift, size_t sourceShift, int colours = 3) {

@@ -60,6 +60,22 @@ TEST_F(McgReaderTest, HasRowsOfEightBytesForAWidthOfFive) {
   EXPECT_EQ(pixelsOf(decoded(file)), "ABCDE---abcde...");
 }
 
+TEST_F(McgReaderTest, TurnsRowsByTheirLengthIn16Bits) {
+  // Rows of 65540 bytes count as rows of four.
+  constexpr size_t Row = 65540;
+  const std::string rows = "abcdefgh" + std::string(2 * Row - 8, '.');
+  const std::string file =
+      mcgFile({.width = Row, .height = 2, .pixelBytes = 2 * Row}, literals(rows));
+  EXPECT_EQ(pixelsOf(decoded(file)), "efghabcd" + rows.substr(8));
+}
+
+TEST_F(McgReaderTest, TurnsRowsByTheirWholeBytes) {
+  // Rows of 33 bits count as rows of four bytes, though they lie eight apart.
+  const std::string file = mcgFile({.width = 33, .height = 2, .bitCount = 1, .pixelBytes = 16},
+                                   literals("abcdefghijklmnop"));
+  EXPECT_EQ(pixelsOf(decoded(file)), "efghabcdijklmnop");
+}
+
 TEST_F(McgReaderTest, DecodesTrueColourWithoutAPalette) {
   const std::string file = mcgFile({.width = 2, .height = 2, .bitCount = 24, .pixelBytes = 16},
                                    literals("rgbRGB..xyzXYZ.."));

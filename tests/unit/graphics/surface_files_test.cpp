@@ -2,7 +2,9 @@
 
 #include "foundation/diagnostic.h"
 #include "foundation/file.h"
+#include "foundation/heap.h"
 #include "foundation/path_name.h"
+#include "tests/support/picture_bytes.h"
 #include "tests/unit/graphics/surface_ground.h"
 
 namespace qv {
@@ -63,6 +65,41 @@ TEST_F(SurfaceFiles, ABitmapOf8BitsBringsSizePixelsAndColours) {
   expected[1] = 0x222222;
   EXPECT_EQ(surface.storedColours(), expected);
   EXPECT_EQ(surface.shownColours(), expected);
+}
+
+TEST_F(SurfaceFiles, ABitmapWithMasksBringsAWordOfColoursMoreThanItTells) {
+  // The table begins one mask into the three, so two of them are its first entries.
+  const std::string block = testing::infoHeader(4, 1, 8, 3, 4, 3) + "RRRRGGGGBBBB" +
+                            "111122223333" + std::string("\0\1\2\3", 4);
+  QVDib dib;
+  dib.loadPacked(testing::spanOf(block));
+  ColourTable expected = defaultColours();
+  std::memcpy(expected.data(), "GGGGBBBB11112222", 16);
+  QVVSurface surface, other;
+  surface.assignDib(dib);
+  EXPECT_EQ(surface.storedColours(), expected);
+  EXPECT_EQ(surface.shownColours(), expected);
+  other.copyPaletteFromDib(dib);
+  EXPECT_EQ(other.storedColours(), expected);
+  QVVSurface24 wide;
+  wide.assignDib(dib);
+  for (int32_t x = 0; x < 4; ++x)
+    EXPECT_EQ(wide.pixel(x, 0), expected[static_cast<size_t>(x)] & 0xFFFFFF) << x;
+}
+
+TEST_F(SurfaceFiles, ABitmapWithMasksAndAFullTableEndsWithTheSurfacesTable) {
+  std::string table;
+  for (uint32_t entry = 0; entry < 256; ++entry)
+    table += testing::little(entry * 0x010203, 4);
+  const std::string block =
+      testing::infoHeader(4, 1, 8, 256, 4, 3) + "RRRRGGGGBBBB" + table + "abcd";
+  QVDib dib;
+  dib.loadPacked(testing::spanOf(block));
+  QVVSurface surface;
+  surface.assignDib(dib);
+  const ColourTable colours = surface.storedColours();
+  EXPECT_EQ(colours[1], 0x42424242u);
+  EXPECT_EQ(colours[255], 253u * 0x010203);
 }
 
 TEST_F(SurfaceFiles, OtherDepthsLeaveASurfaceOf8BitsAlone) {
@@ -321,6 +358,51 @@ TEST_F(SurfaceFiles, WideTaggedRecordsComeBackWholeWithoutASizeOfTheImage) {
   EXPECT_EQ(headerIn(tagged(again), 4 + 13).sizeImage, 13u * 9 * 4);
 }
 
+TEST_F(SurfaceFiles, TaggedRecordsOfNoExtentComeBackToo) {
+  for (const auto& [width, height] : {std::pair(0, 0), {5, 0}, {0, 7}}) {
+    QVVSurface surface, again;
+    QVVSurface24 wide, wideAgain;
+    surface.create(width, height);
+    surface.setColoursRange(testing::someColours(), 0, 256);
+    wide.create(width, height);
+    putPattern(again, 9, 9);
+    const std::string bytes = tagged(surface), wideBytes = tagged(wide);
+    EXPECT_EQ(load(again, bytes + "behind"), static_cast<int64_t>(bytes.size()));
+    EXPECT_EQ(again.width(), width);
+    EXPECT_EQ(again.height(), height);
+    EXPECT_EQ(again.storedColours(), testing::someColours());
+    EXPECT_EQ(again.shownColours(), testing::someColours());
+    EXPECT_EQ(load(wideAgain, wideBytes), static_cast<int64_t>(wideBytes.size()));
+    EXPECT_EQ(wideAgain.width(), width);
+    EXPECT_EQ(wideAgain.height(), height);
+  }
+}
+
+TEST_F(SurfaceFiles, RecordsSayWhenThereIsNoMemory) {
+  QVVSurface surface;
+  QVVSurface24 wide;
+  putPattern(surface, 40, 30);
+  wide.create(40, 30);
+  const std::string bytes = tagged(surface), wideBytes = tagged(wide);
+  const auto expectNone = [&](const auto& attempt) {
+    // The record alone is refused, whose size no other block has.
+    QVHeap::setPermit([](size_t size) { return size != 1064 + 1200 && size != 40 + 4800; });
+    try {
+      attempt();
+      ADD_FAILURE() << "nothing was thrown";
+    } catch (const NotEnoughMemoryException& exception) {
+      EXPECT_STREQ(exception.title(), "QVHeap - malloc");
+    }
+    QVHeap::setPermit(nullptr);
+  };
+  expectNone([&] { tagged(surface); });
+  expectNone([&] { tagged(wide); });
+  expectNone([&] { written([&](QVFile& file) { surface.writeBmp(file); }); });
+  expectNone([&] { written([&](QVFile& file) { wide.writeBmp(file); }); });
+  expectNone([&] { load(surface, bytes); });
+  expectNone([&] { load(wide, wideBytes); });
+}
+
 TEST_F(SurfaceFiles, AForeignTagLeavesTheSurfaceAndStandsBehindTheTag) {
   QVVSurface surface;
   QVVSurface24 surface24;
@@ -376,6 +458,14 @@ TEST_F(SurfaceFiles, ARecordOfAnotherKindBehindTheRightTagLeavesTheSurface) {
     std::memcpy(changed.data() + Header + change.at, &change.value, sizeof change.value);
     EXPECT_EQ(load(surface, changed), static_cast<int64_t>(Header)) << change.at;
     EXPECT_EQ(linesOf(surface), before) << change.at;
+  }
+  // A side beyond the limit is none of a surface without extent either.
+  for (const auto& [wrong, none] : {std::pair(size_t{4}, size_t{8}), {8, 4}}) {
+    std::string changed = bytes;
+    changed.replace(Header + wrong, 4, testing::little(0x7FFFFFFF, 4));
+    changed.replace(Header + none, 4, testing::little(0, 4));
+    EXPECT_EQ(load(surface, changed), static_cast<int64_t>(Header)) << wrong;
+    EXPECT_EQ(linesOf(surface), before) << wrong;
   }
 }
 

@@ -50,7 +50,12 @@ TEST_F(Surface, IsCreatedAnewWithZeroesAndTheColoursOfANewOne) {
 }
 
 TEST_F(Surface, OfNoExtentTakesEveryOperation) {
-  for (const auto& [width, height] : {std::pair(0, 0), {-3, 5}, {5, -3}, {INT_MIN, INT_MIN}}) {
+  for (const auto& [width, height] : {std::pair(0, 0),
+                                      {-3, 5},
+                                      {5, -3},
+                                      {INT_MIN, INT_MIN},
+                                      {int32_t{MostPixels}, 0},
+                                      {0, int32_t{MostPixels}}}) {
     QVVSurface empty, other;
     QVVSurface24 wide;
     putPattern(other, 9, 9);
@@ -71,6 +76,9 @@ TEST_F(Surface, OfNoExtentTakesEveryOperation) {
     empty.tileOnto(other, nullptr, false);
     other.tileOnto(empty, nullptr, false);
     empty.blitTo32BlendKey(wide, 0, 0, 0, 0, 9, 9, 8, KeyTopLeft);
+    wide.stretchTo(empty, 0, 0, 9, 9);
+    wide.create(width, height);
+    wide.stretchTo(other, 0, 0, 9, 9);
     uint32_t pixel = 5;
     empty.paint({&pixel, 1}, 1, 1, 0, 0, {0, 0, 9, 9});
     EXPECT_EQ(pixel, 5u);
@@ -97,7 +105,12 @@ TEST_F(Surface, KeepsItsPixelsWhenACreateFails) {
     EXPECT_THROW(surface24.create(640, 480), NotEnoughMemoryException);
   }
   expectKept();
-  for (const auto& [width, height] : {std::pair(8001, 8000), {INT_MAX, INT_MAX}, {1, INT_MAX}}) {
+  for (const auto& [width, height] : {std::pair(8001, 8000),
+                                      {INT_MAX, INT_MAX},
+                                      {1, INT_MAX},
+                                      {INT_MAX, 0},
+                                      {0, INT_MAX},
+                                      {int32_t{MostPixels} + 1, 0}}) {
     EXPECT_THROW(surface.create(width, height), NotEnoughMemoryException);
     EXPECT_THROW(surface24.create(width, height), NotEnoughMemoryException);
     expectKept();
@@ -354,6 +367,68 @@ TEST_F(Surface, StretchIsTheSameFromBothSides) {
       again.mirror(2, 0, 0, 0, 0);
       EXPECT_EQ(linesOf(target), linesOf(again)) << width << " to " << stretched;
     }
+}
+
+TEST_F(Surface, StretchOf32BitsTakesTheSamePixelsAsOneOf8) {
+  QVVSurface source, target, expected;
+  QVVSurface24 wide;
+  putPattern(source, 13, 9);
+  source.setColoursRange(testing::someColours(), 0, 256);
+  wide.create(13, 9);
+  source.blitTo32(wide, 0, 0, 0, 0, 13, 9, KeyNone);
+  for (const auto& [x, y, w, h] : std::vector<std::array<int32_t, 4>>{{0, 0, 13, 9},
+                                                                      {2, 1, 30, 4},
+                                                                      {-5, -3, 40, 40},
+                                                                      {12, 7, 5, 20},
+                                                                      {3, 3, 0, 5},
+                                                                      {3, 3, 5, -1}}) {
+    for (QVVSurface* each : {&target, &expected}) {
+      putPlain(*each, 20, 15);
+      each->setColoursRange(testing::someColours(), 0, 256);
+    }
+    source.stretchTo(expected, x, y, w, h);
+    wide.stretchTo(target, x, y, w, h);
+    EXPECT_EQ(linesOf(target), linesOf(expected)) << x << " " << y << " " << w << " " << h;
+  }
+}
+
+TEST_F(Surface, StretchOf32BitsFindsTheNearestOfTheColoursThatTheTargetShows) {
+  std::mt19937 random(8);
+  QVVSurface24 source;
+  source.create(20, 10);
+  {
+    const QVVSurface24::Access access(source);
+    for (int32_t y = 0; y < 10; ++y)
+      for (int32_t x = 0; x < 20; ++x)
+        access.row(y)[x] = random() % 3 ? static_cast<uint32_t>(random()) : 0;  // runs too
+  }
+  QVVSurface target;
+  target.create(20, 10);
+  ColourTable shown = testing::someColours(40);
+  shown[9] = shown[5] = shown[200];  // of equal ones the lowest is taken
+  target.fadePalette(shown, 1, 1);
+  ASSERT_NE(target.storedColours(), shown);
+  const auto distance = [&](size_t entry, uint32_t colour) {
+    int sum = 0;
+    for (int shift = 0; shift < 24; shift += 8) {
+      const int apart =
+          static_cast<int>(shown[entry] >> shift & 0xFF) - static_cast<int>(colour >> shift & 0xFF);
+      sum += apart * apart;
+    }
+    return sum;
+  };
+  source.stretchTo(target, 0, 0, 20, 10);
+  for (int32_t y = 0; y < 10; ++y)
+    for (int32_t x = 0; x < 20; ++x) {
+      size_t nearest = 0;
+      for (size_t entry = 1; entry < 256; ++entry)
+        if (distance(entry, source.pixel(x, y)) < distance(nearest, source.pixel(x, y)))
+          nearest = entry;
+      ASSERT_EQ(target.pixel(x, y), nearest) << x << " " << y;
+    }
+  source.fill(shown[200]);
+  source.stretchTo(target, 0, 0, 20, 10);
+  EXPECT_EQ(target.pixel(7, 7), 5);
 }
 
 TEST_F(Surface, TilesFillTheRectangleAndNoMore) {

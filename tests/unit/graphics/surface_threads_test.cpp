@@ -1,6 +1,5 @@
 #include <atomic>
 
-#include "graphics/surface_pair.h"
 #include "tests/unit/graphics/surface_ground.h"
 
 namespace qv {
@@ -86,19 +85,6 @@ TEST(SurfaceThreads, ResizeWhileOthersDrawAndRead) {
   drawer.join();
   reader.join();
   EXPECT_EQ(a.width(), 1 + 399 % 50);
-}
-
-TEST(SurfaceThreads, PairsAreTakenInOneOrderAndMayBeOneSurface) {
-  // Debug builds assert the order of locks, and the simulated kernel reports a circle of them.
-  testing::TestPlatform platform(false, makeSimulatedKernel({.seed = 7}));
-  QVVSurface a, b;
-  QVVSurface24 wide;
-  {
-    const SurfacePair forth(a, b), same(a, a);
-    const SurfacePair narrower(b, a);
-  }
-  const SurfacePair back(wide, a);
-  SUCCEED();
 }
 
 TEST(SurfaceThreads, BlitsInBothDirectionsMakeNoCircleUnderAnySeed) {

@@ -6,6 +6,7 @@
 #include "graphics/mcg_reader.h"
 #include "tools/picture_codec/lzss_encoder.h"
 #include "tools/picture_codec/picture_files.h"
+#include "tools/qvtool/failure.h"
 
 namespace qv::codec {
 namespace {
@@ -80,6 +81,34 @@ TEST(PictureFiles, OfTrueColourComeBackAsTheyWere) {
       }
     }
   }
+}
+
+TEST(PictureFiles, WithRowsBeyondTheFormatsCountAreRefused) {
+  // The last widths whose rows have fewer than 65536 bytes, and the first beyond them.
+  const auto trueColour = [](int32_t width) {
+    return encodeMcg24(width, 2, std::vector<uint32_t>(static_cast<size_t>(width) * 2, 0x123456));
+  };
+  QVDib dib;
+  dib.loadFromMemory(trueColour(21844));
+  EXPECT_EQ(dib.width(), 21844);
+  EXPECT_EQ(dib.bits().size(), 2u * 65532);
+  const IndexedPicture widest = picture(65532, 2, 1, 2);
+  dib.loadFromMemory(encodeMcg(widest));
+  expectSame(dib, widest);
+  const auto refusal = [](const auto& attempt) -> std::string {
+    try {
+      attempt();
+      return "nothing was thrown";
+    } catch (const tool::Failure& failure) {
+      return failure.what();
+    }
+  };
+  EXPECT_EQ(refusal([&] { trueColour(21845); }),
+            "a picture 21845 pixels wide does not fit an MCG: a row has 65536 bytes, of which the "
+            "format counts 65535 at most.");
+  EXPECT_EQ(refusal([&] { encodeMcg(picture(65533, 2, 1, 2)); }),
+            "a picture 65533 pixels wide does not fit an MCG: a row has 65536 bytes, of which the "
+            "format counts 65535 at most.");
 }
 
 /// The fewest bits for these bytes, found by trying every repeat at every place.
