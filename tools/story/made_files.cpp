@@ -171,6 +171,7 @@ class StockTaker {
       if (whole)
         stock_.songs.push_back("K" + std::string(number < 10 ? "0" : "") + std::to_string(number));
     }
+    stock_.previewSong = std::ranges::find(stock_.songs, "K15") != stock_.songs.end();
     for (const SoundEffect& effect : soundEffects())
       if (files_.has(nameInGame(fileOf(effect)))) stock_.effects.emplace_back(effect.key);
     if (files_.has("dat/QVlogo.mcg")) stock_.drawings.emplace_back("dat\\QVlogo.mcg");
