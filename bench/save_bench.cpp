@@ -1,4 +1,5 @@
-// A durable save of all registers against a plain write, fsync and rename of the same bytes; and
+// A durable save of all registers against a plain write, fsync and rename of the same bytes with a
+// flush of the folder, without which a power cut may take the rename back; and
 // the system file's rewrite, which is not flushed, against the same without the fsync.
 
 #include <cstdio>
@@ -34,6 +35,11 @@ void writePlainly(const std::filesystem::path& path, const std::string& bytes, b
   if (durable) check(fsync(file) == 0);
   check(close(file) == 0);
   check(rename(beside.c_str(), path.c_str()) == 0);
+  if (!durable) return;
+  const int folder = open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  check(folder >= 0);
+  check(fsync(folder) == 0);
+  check(close(folder) == 0);
 }
 
 std::string contents(const std::filesystem::path& path) {
@@ -74,7 +80,7 @@ int main() {
   const std::string saved = contents(player / "save0.dat");
   check(saved.size() > 4 * qv::RegisterCount);
   table.note("bytes of a save", static_cast<double>(saved.size()));
-  table.atMost("durable save / plain write, fsync and rename", 1.1,
+  table.atMost("durable save / plain write, fsync, rename and fsync", 1.1,
                qv::bench::measure([&] { registers.save("save0.dat"); },
                                   [&] { writePlainly(player / "plain.dat", saved, true); }, 101));
 

@@ -3,7 +3,7 @@
 # them. Sourced by ./play, ./test, bench/run and tests/fuzz/run.
 
 declare -A packagesFor=(
-  [build]="cmake ninja-build g++ pkg-config libsdl2-dev libfreetype-dev libpng-dev libcli11-dev libhwy-dev libimagequant-dev librsvg2-dev libsndfile1-dev libfluidsynth-dev librtmidi-dev sox flac"
+  [build]="cmake ninja-build g++ pkg-config libsdl2-dev libasound2-dev libfreetype-dev libpng-dev libcli11-dev libhwy-dev libimagequant-dev librsvg2-dev libsndfile1-dev libfluidsynth-dev librtmidi-dev sox flac"
   [play]="fonts-ipafont-gothic fonts-ipafont-mincho timgm6mb-soundfont"
   [test]="libgtest-dev libgmock-dev nlohmann-json3-dev xvfb xdotool imagemagick openbox"
   [fuzz]="clang libclang-rt-dev"

@@ -2,6 +2,7 @@
 
 #define SDL_MAIN_HANDLED
 #include <SDL2/SDL.h>
+#include <alsa/asoundlib.h>
 
 #include "platform/sdl/subsystem.h"
 #include "platform/sound/sound_mixer.h"
@@ -12,6 +13,10 @@ namespace {
 
 /// A new sound begins with the next buffer: some ten milliseconds.
 constexpr uint16_t WantedFrames = 512;
+
+/// ALSA tells the terminal of every name that it does not find on a machine without a card, and a
+/// player is told once, in one sentence.
+void tellNobody(const char*, int, const char*, int, const char*, ...) {}
 
 class SdlAudioOutput : public AudioOutput {
  public:
@@ -25,6 +30,7 @@ class SdlAudioOutput : public AudioOutput {
   }
 
   bool open(std::string& whyNot) override {
+    snd_lib_error_set_handler(tellNobody);
     started_ = startSubsystem(SDL_INIT_AUDIO);
     if (started_) openDevice();
     if (!device_) whyNot = std::string("There is no sound output: ") + SDL_GetError() + ".";

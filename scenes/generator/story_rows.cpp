@@ -36,7 +36,7 @@ class RowReader {
       fail();
       return {};
     }
-    const std::string found(rest_.substr(0, end + TagCloses.size()));
+    std::string found(rest_.substr(0, end + TagCloses.size()));
     rest_ = trim(rest_.substr(end + TagCloses.size()));
     return found;
   }
@@ -81,7 +81,7 @@ bool isFileName(const std::string& name) {
 }
 
 std::string fileOf(RowReader& row) {
-  const std::string name = row.word();
+  std::string name = row.word();
   if (row.good() && !isFileName(name)) row.fail();
   return name;
 }

@@ -3,16 +3,12 @@
 #include <random>
 
 #include "tests/story/lines_ground.h"
+#include "tests/support/sanitized.h"
 
 namespace qv::testing {
 namespace {
 
-/// Sanitizers look at few of the seeds.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int Seeds = 8;
-#else
-constexpr int Seeds = 100;
-#endif
+constexpr int Seeds = Sanitized ? 8 : 100;
 
 class LinesAbort : public LinesStory {
  protected:

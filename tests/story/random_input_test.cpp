@@ -4,12 +4,13 @@
 
 #include "tests/story/random_play.h"
 #include "tests/support/process.h"
+#include "tests/support/sanitized.h"
 #include "tests/support/test_platform.h"
 
 namespace qv::testing {
 namespace {
 
-constexpr int SeedsInOne = 10, Inputs = 150;
+constexpr int SeedsInOne = Sanitized ? 2 : 10, Inputs = 150;
 
 class RandomInput : public ::testing::TestWithParam<int> {};
 

@@ -12,6 +12,7 @@
 #include "tests/story/story_host.h"
 #include "tests/support/golden.h"
 #include "tests/support/process.h"
+#include "tests/support/sanitized.h"
 #include "tests/support/test_platform.h"
 
 namespace qv::testing {
@@ -133,12 +134,7 @@ TEST_F(ReelTest, RandomPiecesUncoverTheNewCardFromTheOldOneEachInItsOwnOrder) {
     EXPECT_NE(shots[0], shots[1]) << piece << " went the same way under two seeds";
 }
 
-/// Sanitizers make a run many times as long.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int Seeds = 10;
-#else
-constexpr int Seeds = 100;
-#endif
+constexpr int Seeds = Sanitized ? 10 : 100;
 
 TEST_F(ReelTest, AHundredSeedsGoThroughWithoutADeadlock) {
   playSeeds(1, Seeds);

@@ -7,6 +7,7 @@
 
 #include "tests/story/story_host.h"
 #include "tests/support/process.h"
+#include "tests/support/sanitized.h"
 #include "tests/support/song_bytes.h"
 #include "tests/support/test_platform.h"
 
@@ -99,7 +100,7 @@ TEST_F(RunTest, ASimulatedRunIsAPureFunctionOfItsSeed) {
 
 TEST_F(RunTest, AHundredSeedsPlayTheChainWithoutADeadlock) {
   const std::string script = readWhole(QV_SOURCE_DIR "/tests/story/chain/chain.play");
-  for (int seed = 1; seed <= 100; ++seed) {
+  for (int seed = 1; seed <= (Sanitized ? 20 : 100); ++seed) {
     const ProcessResult result = play("chain", script, {"--simulate", std::to_string(seed)});
     ASSERT_EQ(result.status, 0) << "seed " << seed << ": " << result.errors;
   }
@@ -424,12 +425,7 @@ TEST_F(RunTest, SettingsSurviveARestartInTheSystemFile) {
       play("chain", "expect sysreg 65 5\nexpect sysreg 64 3\nquit\n", {"--headless"}, false));
 }
 
-/// The reel is long: sanitizers look at few of its seeds.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int ReelSeeds = 2;
-#else
-constexpr int ReelSeeds = 20;
-#endif
+constexpr int ReelSeeds = Sanitized ? 2 : 20;
 
 TEST_F(RunTest, SeedsOfTheShowReelGoThroughWithoutADeadlock) {
   const std::string script = (folder.path() / "reel.play").string();

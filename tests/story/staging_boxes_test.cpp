@@ -2,16 +2,12 @@
 
 #include "platform/text/shift_jis.h"
 #include "tests/story/staging_ground.h"
+#include "tests/support/sanitized.h"
 
 namespace qv::testing {
 namespace {
 
-/// Sanitizers look at few of the seeds.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int Seeds = 10;
-#else
-constexpr int Seeds = 100;
-#endif
+constexpr int Seeds = Sanitized ? 10 : 100;
 
 /// Where the boxes first open, and their buttons in them.
 constexpr int BoxX = 167, BoxY = 191, BoxWidth = 306, BoxHeight = 98;

@@ -1,16 +1,12 @@
 // What picture commands bring to the screen, on the real loop in simulated time.
 
 #include "tests/story/staging_ground.h"
+#include "tests/support/sanitized.h"
 
 namespace qv::testing {
 namespace {
 
-/// Sanitizers look at few of the seeds.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int Seeds = 10;
-#else
-constexpr int Seeds = 100;
-#endif
+constexpr int Seeds = Sanitized ? 10 : 100;
 
 class StagedPictures : public Staging {
  protected:

@@ -13,6 +13,7 @@
 #include "platform/text/text_renderer.h"
 #include "tests/support/golden.h"
 #include "tests/support/process.h"
+#include "tests/support/sanitized.h"
 #include "tests/support/test_platform.h"
 
 namespace qv::testing {
@@ -197,12 +198,7 @@ TEST_F(TestCard, TakesNoClickOnTheDiscsButtonsWhereThereIsNone) {
   EXPECT_EQ(own.status, 0) << own.errors;
 }
 
-/// Sanitizers make a run many times as long.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int Seeds = 10;
-#else
-constexpr int Seeds = 100;
-#endif
+constexpr int Seeds = Sanitized ? 10 : 100;
 
 TEST_F(TestCard, AHundredSeedsGoThroughWithoutADeadlock) {
   playSeeds(1, Seeds);
