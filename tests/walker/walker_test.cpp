@@ -14,8 +14,9 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 
 ProcessResult walked() {
-  return runProcess({QV_BIN_DIR "/walker", QV_OUTPUT_DIR "/test-stories/ways",
-                     QV_SOURCE_DIR "/tests/walker/ways", "--seed", "4"});
+  const std::string game = QV_OUTPUT_DIR "/test-stories/ways",
+                    texts = QV_SOURCE_DIR "/tests/walker/ways";
+  return runProcess({QV_BIN_DIR "/walker", game, texts, "--seed", "4"});
 }
 
 TEST(Walker, GoesEveryWayAlsoWhereSeveralLeadToOneScene) {

@@ -26,8 +26,8 @@ scenec::Story treeOf(const std::vector<MadeFile>& made) {
   for (const MadeFile& file : made)
     if (file.name.starts_with("story/"))
       texts.push_back({file.name.substr(std::string("story/").size()), file.bytes});
-  const auto isRows = [](const scenec::TextFile& file) { return file.name == "story.txt"; };
-  std::ranges::partition(texts, isRows);
+  std::partition(texts.begin(), texts.end(),
+                 [](const scenec::TextFile& file) { return file.name == "story.txt"; });
   scenec::Problems problems;
   scenec::Story story = scenec::readStory(texts, problems);
   EXPECT_EQ(problems.lines(), std::vector<std::string>{});
