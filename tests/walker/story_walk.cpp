@@ -169,10 +169,13 @@ void StoryWalk::drain() {
   }
 }
 
+/// A condition may also stand before a way that has none of its own.
 bool StoryWalk::missesCondition(size_t node) const {
-  return entries_[node] && std::ranges::any_of(exits_[node], [&](const SceneExit& exit) {
-           return exit.conditional && isExpected(exit) && walked_.count(exit.option) == 0;
-         });
+  const auto isMissing = [&](const SceneExit& exit) {
+    return isExpected(exit) && walked_.count(exit.option) == 0;
+  };
+  return entries_[node] && std::ranges::any_of(exits_[node], &SceneExit::conditional) &&
+         std::ranges::any_of(exits_[node], isMissing);
 }
 
 void StoryWalk::restoreAll(const RegisterImage& image) {
