@@ -68,8 +68,7 @@ std::optional<ShownFiles> filesOfFigure(const std::string& name) {
   const SpriteRow* row = findSpriteRow(name);
   if (!row) return std::nullopt;
   ShownFiles files{spriteFile(*row)};
-  if (!row->mouth) return files;
-  files.mouths.emplace_back(row->mouth);
+  if (row->mouth) files.mouths.emplace_back(row->mouth);
   if (name == PairPicture) files.mouths.emplace_back(PairMouth);
   return files;
 }
