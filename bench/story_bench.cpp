@@ -1,11 +1,18 @@
 // What reading costs: a line, a picture with figures, the first picture of a story in a window, the
-// memory of it all. The sample's pictures, with the whole host around them.
+// memory of it all. The sample's pictures and sounds, with the whole host around them.
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
+#include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,6 +30,7 @@
 #include "message/commands.h"
 #include "message/message_strip.h"
 #include "message/text_areas.h"
+#include "platform/sdl/audio_output.h"
 #include "platform/text/shift_jis.h"
 #include "platform/text/text_renderer.h"
 #include "scenario/commands.h"
@@ -196,24 +204,83 @@ fs::path playersFolder(const bench::BenchFolder& root) {
   return player;
 }
 
+/// Thrown, so that the programs that were started end with it.
+[[noreturn]] void giveUp(const std::string& why) {
+  throw std::runtime_error(why);
+}
+
+std::string textOf(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// The runner with what it says, traces and plays, each in a file.
+struct Reading {
+  explicit Reading(const bench::BenchFolder& root)
+      : said(root.folder("reading") / "said"),
+        trace(root.folder("reading") / "trace"),
+        sound(root.folder("reading") / "sound.raw"),
+        command{"sh",
+                "-c",
+                "exec \"$0\" \"$@\" 2>" + said.string(),
+                QV_BIN_DIR "/qvrun",
+                "--user",
+                playersFolder(root).string(),
+                "--disc",
+                std::string(Sample) + "/disc",
+                "--trace",
+                trace.string(),
+                QV_OUTPUT_DIR "/reading"} {
+    // The device that plays into a file, at the pace of one that is heard.
+    setenv("SDL_AUDIODRIVER", "disk", 1);
+    setenv("SDL_DISKAUDIOFILE", sound.c_str(), 1);
+  }
+
+  /// A runner without an output or without instruments says so, and is no measure. The output's
+  /// library says its own about the file.
+  void checkSilent() const {
+    std::istringstream lines(textOf(said));
+    for (std::string line; std::getline(lines, line);)
+      if (line.starts_with("qvrun")) giveUp(line);
+  }
+  void checkSounds() const {
+    const std::string bytes = textOf(sound);
+    std::vector<float> samples(bytes.size() / sizeof(float));
+    std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
+    constexpr float Audible = 0.01F;
+    const auto loud =
+        std::ranges::count_if(samples, [](float sample) { return std::fabs(sample) > Audible; });
+    if (loud < OutputRate / 10) giveUp("nothing is heard of the song: its instruments are missing");
+  }
+  void checkSpeaks() const {
+    if (textOf(trace).find("wave %:\\VOICE\\V00\\0000_001.wav") == std::string::npos)
+      giveUp("the line has no voice");
+  }
+
+  fs::path said, trace, sound;
+  std::vector<std::string> command;
+};
+
 void readInWindow(const bench::BenchFolder& root, bench::Table& table) {
-  // The device that plays to nobody: songs are synthesised all the same.
-  setenv("SDL_AUDIODRIVER", "dummy", 1);
-  const std::vector<std::string> command{QV_BIN_DIR "/qvrun", "--user",
-                                         playersFolder(root).string(), QV_OUTPUT_DIR "/reading"};
+  const Reading reading(root);
   const bench::XServer screen;
   std::vector<double> seconds, processor;
   for (int start = 0; start < Starts; ++start) {
     std::unique_ptr<bench::Program> program;
     seconds.push_back(bench::secondsOf([&] {
-      program = std::make_unique<bench::Program>(command);
+      program = std::make_unique<bench::Program>(reading.command);
       screen.await(Colour, true);
     }));
     processor.push_back(program->processorSeconds());
     if (start + 1 == Starts) {
-      sleep(4);  // the song plays
+      sleep(2);  // the song alone
+      reading.checkSounds();
+      screen.await(Colour, false);
+      sleep(3);  // three figures and the line
+      reading.checkSpeaks();
       table.atMost("memory of a reading with its sound font, MB", program->largestMegabytes(), 80);
     }
+    reading.checkSilent();
     program.reset();
     screen.await(Colour, false);
   }
@@ -224,7 +291,7 @@ void readInWindow(const bench::BenchFolder& root, bench::Table& table) {
 
 }  // namespace
 
-int main() {
+int main() try {
   bench::Table table;
   const bench::BenchFolder root;
   readInside(root);
@@ -244,4 +311,7 @@ int main() {
                8);
   readInWindow(root, table);
   return table.status();
+} catch (const std::runtime_error& error) {
+  std::fprintf(stderr, "story_bench: %s\n", error.what());
+  return 1;
 }

@@ -105,13 +105,6 @@ void add(std::vector<PictureData>& rows, PictureData row, Problems& problems) {
     rows.push_back(std::move(row));
 }
 
-/// The part that says who it truly is, is never shown.
-std::string withoutTrueName(const std::string& tag) {
-  const size_t opens = tag.find(TrueNameOpens), closes = tag.find(TrueNameCloses);
-  if (opens == std::string::npos || closes == std::string::npos || closes < opens) return tag;
-  return tag.substr(0, opens) + tag.substr(closes + TrueNameCloses.size());
-}
-
 /// The class by which a figure's speaker is known; 0 for none.
 int classOf(const std::string& speaker, const Story& story) {
   const auto found = std::find_if(story.speakerData.begin(), story.speakerData.end(),
@@ -188,6 +181,12 @@ std::string tableCode(const char* type, const char* name, const std::string& row
 }
 
 }  // namespace
+
+std::string withoutTrueName(const std::string& tag) {
+  const size_t opens = tag.find(TrueNameOpens), closes = tag.find(TrueNameCloses);
+  if (opens == std::string::npos || closes == std::string::npos || closes < opens) return tag;
+  return tag.substr(0, opens) + tag.substr(closes + TrueNameCloses.size());
+}
 
 void readSpeaker(std::string_view rest, Place place, Story& story, Problems& problems) {
   RowReader row(rest, "@speaker NAME, or @speaker NAME 【　TAG　】 class N", place, problems);

@@ -20,6 +20,9 @@ void readSpriteRow(std::string_view rest, Place place, Story& story, Problems& p
 /// "stands SPEAKER SLOT".
 void readPictureRow(std::string_view rest, Place place, Story& story, Problems& problems);
 
+/// A tag as it is shown: without the part that says who it truly is.
+std::string withoutTrueName(const std::string& tag);
+
 /// The tables as C++, under the name StoryData.
 std::string tablesCode(const Story& story);
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -40,13 +41,17 @@ struct Wishes {
   double mostSeconds = 0, mostOpenMillis = 0;
 };
 
-/// Counts lines and keeps the boxes: a walk has none.
+/// Counts lines, passes them on, and keeps the boxes: a walk has none.
 class WalkTrace : public TraceSink {
  public:
   void line(std::string_view what, std::string_view detail) override {
-    if (what == "line") ++lines;
+    if (what == "line") {
+      ++lines;
+      if (walk) walk->hear(detail);
+    }
     if (what == "box") boxes.emplace_back(detail);
   }
+  StoryWalk* walk = nullptr;
   size_t lines = 0;
   std::vector<std::string> boxes;
 };
@@ -57,14 +62,16 @@ struct Walked {
   uint32_t storyMillis = 0;
 };
 
-Walked walkIn(const GameModule& module, const story::StoryGraph& graph, const Wishes& wishes,
-              BoxDesk& boxes) {
+Walked walkIn(const GameModule& module, const scenec::Story& texts, const Wishes& wishes,
+              BoxDesk& boxes, WalkTrace& trace) {
+  const story::StoryGraph graph = story::graphOf(texts);
   Walked walked;
   ReadingDisplay display;
   Recorder recorder;
   GameHost host(module);
   UiLoop loop(host, display, boxes, recorder, {});
-  StoryWalk walk(module, graph, wishes.seed);
+  StoryWalk walk(module, texts, graph, wishes.seed);
+  trace.walk = &walk;
   display.read(host, [&](int32_t count) { return walk.choose(*host.manager, count); });
   QVScenario* const manager = module.createManager();
   Thread scenario;
@@ -88,7 +95,15 @@ Walked walkIn(const GameModule& module, const story::StoryGraph& graph, const Wi
   loop.run();
   scenario.join();
   module.destroyManager(manager);
+  trace.walk = nullptr;
   return walked;
+}
+
+void tell(const char* what, const std::vector<std::string>& list) {
+  constexpr size_t MostTold = 20;
+  for (size_t at = 0; at < std::min(MostTold, list.size()); ++at)
+    std::printf("%s: %s\n", what, list[at].c_str());
+  if (list.size() > MostTold) std::printf("and %zu more\n", list.size() - MostTold);
 }
 
 int tell(const Walked& walked, const WalkTrace& trace, double seconds, const Wishes& wishes) {
@@ -101,17 +116,18 @@ int tell(const Walked& walked, const WalkTrace& trace, double seconds, const Wis
       "%zu lines, %zu choices gone back to, %zu scenes played for a condition, %zu entered "
       "by name behind places\n",
       trace.lines, result.again, result.tries, result.entered);
-  constexpr size_t MostTold = 20;
-  for (size_t at = 0; at < std::min(MostTold, result.missing.size()); ++at)
-    std::printf("never walked: %s\n", result.missing[at].c_str());
-  if (result.missing.size() > MostTold)
-    std::printf("and %zu more\n", result.missing.size() - MostTold);
+  if (result.expectedPlaces != 0)
+    std::printf("%zu of %zu ways behind places walked: no ring turns to the others yet\n",
+                result.places, result.expectedPlaces);
+  tell("never walked", result.missing);
+  tell("not as its text", result.misread);
   for (const std::string& box : trace.boxes)
     std::printf("a box: %s\n", box.c_str());
   if (!walked.failure.empty()) std::printf("%s\n", walked.failure.c_str());
   const bool slow = wishes.mostSeconds > 0 && seconds > wishes.mostSeconds;
   if (slow) std::printf("that is longer than %.0f s\n", wishes.mostSeconds);
-  const bool whole = result.scenes == result.expectedScenes && result.missing.empty();
+  const bool whole =
+      result.scenes == result.expectedScenes && result.missing.empty() && result.misread.empty();
   return whole && trace.boxes.empty() && walked.failure.empty() && !slow ? Good : Failed;
 }
 
@@ -141,7 +157,6 @@ int walk(const Wishes& wishes) {
       std::fprintf(stderr, "walker: %s\n", line.c_str());
     return BadUsage;
   }
-  const story::StoryGraph graph = story::graphOf(source.story);
   SimulatedKernelOptions simulation;
   simulation.seed = wishes.seed;
   const KernelScope kernel(makeSimulatedKernel(simulation));
@@ -164,7 +179,7 @@ int walk(const Wishes& wishes) {
                                 .disc = sound.disc(),
                                 .trace = &trace});
   const auto start = Clock::now();
-  const Walked walked = walkIn(*module.table(), graph, wishes, boxes);
+  const Walked walked = walkIn(*module.table(), source.story, wishes, boxes, trace);
   const std::chrono::duration<double> taken = Clock::now() - start;
   return tell(walked, trace, taken.count(), wishes);
 }

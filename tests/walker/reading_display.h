@@ -49,9 +49,10 @@ class ReadingDisplay : public HeadlessDisplay {
     if (!moves && gate.waitOrdinal() == ordinal_) return false;
     if (!moves) ordinal_ = gate.waitOrdinal();
     // A question takes no Return before one of its answers is lit: whoever sees it again and again
-    // says no.
+    // says no, by turns, because a wait for a sound takes nothing else than Return.
     others_ = kind == 0 ? others_ + 1 : 0;
-    event = plates ? pointAt(kind) : keyPress(others_ > PatientWaits ? KeyEscape : KeyReturn);
+    const bool refuses = others_ > PatientWaits && others_ % 2 == 0;
+    event = plates ? pointAt(kind) : keyPress(refuses ? KeyEscape : KeyReturn);
     ++answered_;
     return true;
   }

@@ -2,14 +2,17 @@
 
 #include <algorithm>
 
+#include "message/speakers.h"
+#include "platform/text/shift_jis.h"
 #include "scenario/commands.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
 namespace qv::testing {
 
+using scenec::Act;
+using scenec::Option;
 using story::StoryNode;
-using story::StoryWay;
 
 namespace {
 
@@ -32,20 +35,31 @@ void restore(const RegisterImage& image) {
         .create(QVString::DefaultGrain, image.texts[number].c_str());
 }
 
-bool ofKind(const StoryNode& node, StoryWay::Kind kind) {
-  return std::any_of(node.ways.begin(), node.ways.end(),
-                     [kind](const StoryWay& way) { return way.kind == kind; });
+/// As the frame shows it, with the hero's names.
+std::string spoken(const std::string& line) {
+  return utf8OfShiftJis(withHeroNames(sjis(line.c_str()),
+                                      theScenario->StrReg(HeroFamilyName).view(),
+                                      theScenario->StrReg(HeroGivenName).view()));
+}
+
+bool isWritten(const StoryNode& node) {
+  return node.scene && node.scene->form != scenec::Scene::Form::Handwritten;
+}
+
+/// Rings do not turn yet: which of their places is taken is not the walker's.
+bool isExpected(const SceneExit& exit) {
+  return exit.kind != SceneExit::Kind::Place;
 }
 
 }  // namespace
 
-StoryWalk::StoryWalk(const GameModule& module, const story::StoryGraph& graph, uint64_t seed)
-    : module_(module), graph_(graph), numbers_(seed), entries_(graph.nodes.size()) {
+StoryWalk::StoryWalk(const GameModule& module, const scenec::Story& story,
+                     const story::StoryGraph& graph, uint64_t seed)
+    : module_(module), story_(story), graph_(graph), numbers_(seed), entries_(graph.nodes.size()) {
   for (const StoryNode& node : graph.nodes) {
-    walked_.emplace_back(node.ways.size());
-    const size_t index = walked_.size() - 1;
+    exits_.push_back(isWritten(node) ? exitsOf(*node.scene) : std::vector<SceneExit>{});
     if (const SceneFunction scene = findScene(module, node.name.c_str()))
-      byFunction_[scene.address] = index;
+      byFunction_[scene.address] = exits_.size() - 1;
   }
   if (const auto end = graph.byName.find("END"); end != graph.byName.end())
     byFunction_[module.end] = end->second;
@@ -60,11 +74,6 @@ SceneFunction::Address StoryWalk::functionOf(size_t node) const {
   return findScene(module_, graph_.nodes[node].name.c_str()).address;
 }
 
-/// What C++ does with the scenes that it names nobody can tell from outside.
-bool StoryWalk::isExpected(size_t, const StoryWay& way) const {
-  return way.kind != StoryWay::Kind::Code;
-}
-
 int32_t StoryWalk::choose(const QVScenario& manager, int32_t count) {
   count_ = count;
   taken_ = std::min(wanted_, count);
@@ -76,31 +85,61 @@ size_t StoryWalk::play(size_t node, int32_t choice) {
   wanted_ = std::max<int32_t>(choice, 1);
   taken_ = count_ = 0;
   atChoice_.reset();
+  heard_.clear();
   const SceneFunction next = functionOf(node)();
   const size_t to = nodeOf(next);
-  note(node, to, taken_);
+  note(node, to);
   return to;
 }
 
-/// Of several ways to one scene a choice is one, a condition's all.
-void StoryWalk::note(size_t from, size_t to, int32_t choice) {
-  const std::vector<StoryWay>& ways = graph_.nodes[from].ways;
-  for (size_t way = 0; way < ways.size(); ++way) {
-    const bool chosen = ways[way].kind == StoryWay::Kind::Choice;
-    if (ways[way].target == to && (!chosen || ways[way].choice == choice))
-      walked_[from][way] = true;
+/// What was gone by is asked behind the scene, while its registers still stand.
+void StoryWalk::note(size_t from, size_t to) {
+  const StoryNode& node = graph_.nodes[from];
+  passage_ = {};
+  if (!isWritten(node)) return;
+  passage_ = passageOf(*node.scene, story_, Reg(StepRegister), taken_);
+  bool led = false;
+  for (const Option* exit : passage_.exits) {
+    const auto target = graph_.byName.find(exit->target);
+    if (target == graph_.byName.end() || target->second != to) continue;
+    walked_.insert(exit);
+    led = true;
   }
+  if (!led && !passage_.open)
+    misread_.insert(node.name + " led to " + (to == Nowhere ? "nothing" : graph_.nodes[to].name) +
+                    ", and its text does not.");
+  checkHeard(from, passage_);
+}
+
+/// Of a scene in parts the last line that was heard stands in the part that counts as gone.
+void StoryWalk::checkHeard(size_t node, const ScenePassage& passage) {
+  const scenec::Scene& scene = *graph_.nodes[node].scene;
+  if (scene.lists.size() < 2 || !passage.list || heard_.empty()) return;
+  bool found = false;
+  for (const scenec::Step& step : passage.list->steps)
+    eachAct(step, [&](const Act& act) {
+      found =
+          found || (act.kind == Act::Kind::Message && heard_.ends_with(spoken(act.lines.back())));
+    });
+  if (!found)
+    misread_.insert(scene.name + " said \"" + heard_ + "\", which its part (" +
+                    (passage.list->words.empty() ? "otherwise" : passage.list->words) +
+                    ") does not.");
 }
 
 /// The other choices, and the places that nobody turned to.
 void StoryWalk::addTasksOf(size_t node) {
-  for (int32_t choice = 2; choice <= count_; ++choice)
-    tasks_.push_back({node, atChoice_, choice});
-  const std::vector<StoryWay>& ways = graph_.nodes[node].ways;
-  for (size_t way = 0; way < ways.size(); ++way) {
-    if (ways[way].kind != StoryWay::Kind::Place || walked_[node][way]) continue;
-    walked_[node][way] = true;
-    tasks_.push_back({ways[way].target, imageOf(*theScenario), 0, true});
+  if (!passage_.selection) return;
+  const std::vector<Option>& options = passage_.selection->options;
+  const bool places = passage_.selection->kind == Act::Kind::Places;
+  for (size_t at = 0; at < options.size(); ++at) {
+    const auto target = graph_.byName.find(options[at].target);
+    const bool done = walked_.count(&options[at]) != 0 || target == graph_.byName.end();
+    if (done || !planned_.insert(&options[at]).second) continue;
+    if (places)
+      tasks_.push_back({target->second, imageOf(*theScenario), 0});
+    else if (atChoice_)
+      tasks_.push_back({node, atChoice_, static_cast<int32_t>(at) + 1});
   }
 }
 
@@ -118,7 +157,7 @@ void StoryWalk::drain() {
   while (!tasks_.empty()) {
     const Task task = tasks_.back();
     tasks_.pop_back();
-    restore(*task.registers);
+    restoreAll(*task.registers);
     if (task.choice > 0) {
       ++again_;
       Reg(ResumePendingRegister) = 1;
@@ -130,41 +169,55 @@ void StoryWalk::drain() {
   }
 }
 
+/// A condition may also stand before a way that has none of its own.
 bool StoryWalk::missesCondition(size_t node) const {
-  const std::vector<StoryWay>& ways = graph_.nodes[node].ways;
-  if (!entries_[node] || !ofKind(graph_.nodes[node], StoryWay::Kind::Condition)) return false;
-  for (size_t way = 0; way < ways.size(); ++way)
-    if (!walked_[node][way] && isExpected(node, ways[way])) return true;
-  return false;
+  const auto isMissing = [&](const SceneExit& exit) {
+    return isExpected(exit) && walked_.count(exit.option) == 0;
+  };
+  return entries_[node] && std::ranges::any_of(exits_[node], &SceneExit::conditional) &&
+         std::ranges::any_of(exits_[node], isMissing);
 }
 
-/// The registers that the scene's conditions ask, the affections and the switches, at random.
+void StoryWalk::restoreAll(const RegisterImage& image) {
+  restore(image);
+  for (const auto& [number, value] : settings_)
+    SysReg(number) = value;
+}
+
+/// The registers and settings that the scene's conditions ask, and the affections, at random.
 void StoryWalk::drawRegisters(size_t node) {
+  const auto value = [&] { return numbers_.oneOf(2) ? 0 : numbers_.between(1, 4); };
   const auto draw = [&](const std::vector<int>& asked) {
     for (const int number : asked)
-      Reg(number) = numbers_.oneOf(2) ? 0 : numbers_.between(1, 4);
+      Reg(number) = value();
   };
   const scenec::Scene& scene = *graph_.nodes[node].scene;
   for (const scenec::StepList& list : scene.lists)
     draw(list.registers);
-  eachAct(scene, [&](const scenec::Act& act) {
+  eachAct(scene, [&](const Act& act) {
     for (const scenec::Branch& branch : act.branches)
       draw(branch.registers);
   });
+  for (const int32_t number : askedSettingsOf(scene)) {
+    settings_.emplace(number, SysReg(number));
+    SysReg(number) = value();
+  }
   for (int32_t number = 0; number < AffectionCount; ++number)
     Reg(AffectionFirstRegister + number) = numbers_.between(-30, 30);
 }
 
 bool StoryWalk::tryCondition(size_t node) {
-  const auto before = walked_[node];
-  for (int attempt = 0; attempt < MostTries && walked_[node] == before; ++attempt) {
+  const size_t before = walked_.size();
+  for (int attempt = 0; attempt < MostTries && walked_.size() == before; ++attempt) {
     ++tries_;
-    restore(*entries_[node]);
+    restoreAll(*entries_[node]);
     drawRegisters(node);
     const size_t next = play(node, 1);
-    if (walked_[node] != before) follow(next);
+    if (walked_.size() == before) continue;
+    addTasksOf(node);
+    follow(next);
   }
-  return walked_[node] != before;
+  return walked_.size() != before;
 }
 
 bool StoryWalk::forceConditions() {
@@ -187,22 +240,19 @@ void StoryWalk::walk(ScenarioHost& host) {
 
 WalkResult StoryWalk::result() const {
   WalkResult result{.entered = entered_, .again = again_, .tries = tries_};
+  result.misread.assign(misread_.begin(), misread_.end());
   for (size_t node = 0; node < graph_.nodes.size(); ++node) {
     const StoryNode& from = graph_.nodes[node];
-    const bool written = from.scene && from.scene->form != scenec::Scene::Form::Handwritten;
-    if (!written) continue;
+    if (!isWritten(from)) continue;
     ++result.expectedScenes;
     if (entries_[node]) ++result.scenes;
-    for (size_t way = 0; way < from.ways.size(); ++way) {
-      if (!isExpected(node, from.ways[way])) continue;
-      ++result.expectedWays;
-      if (walked_[node][way]) {
-        ++result.ways;
-        continue;
-      }
-      const std::string& label = from.ways[way].label;
-      result.missing.push_back(from.name + " → " + graph_.nodes[from.ways[way].target].name +
-                               (label.empty() ? "" : " (" + label + ")"));
+    for (const SceneExit& exit : exits_[node]) {
+      const bool walked = walked_.count(exit.option) != 0, expected = isExpected(exit);
+      ++(expected ? result.expectedWays : result.expectedPlaces);
+      if (walked) ++(expected ? result.ways : result.places);
+      if (walked || !expected) continue;
+      result.missing.push_back(from.name + " → " + exit.option->target +
+                               (exit.words.empty() ? "" : " (" + exit.words + ")"));
     }
   }
   return result;

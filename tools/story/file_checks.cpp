@@ -1,18 +1,18 @@
 // Files that scenes name, and the ones that the engine loads for every story.
 
-#include <functional>
+#include <algorithm>
+#include <optional>
 
 #include "audio/scene/sound_tables.h"
-#include "graphics/scene/picture_tables.h"
 #include "platform/text/shift_jis.h"
 #include "scenes/generator/text.h"
 #include "tools/story/engine_files.h"
+#include "tools/story/shown_files.h"
 #include "tools/story/story_checks.h"
 
 namespace qv::story {
 
 using scenec::Act;
-using scenec::PictureData;
 using scenec::Place;
 using scenec::Problems;
 using scenec::Scene;
@@ -21,23 +21,26 @@ using scenec::Story;
 namespace {
 
 constexpr const char* PlainPictures[] = {"BLACK", "WHITE", "RED", "BLUE"};
-// The second mouth of the pair that one picture holds.
-constexpr const char *PairPicture = "KUS110", *PairMouth = "Kus110_b";
 
-/// Pictures that an effect leaves as the scene's: a load shows them again.
-struct EffectPicture {
-  const char *command, *code, *picture;
+/// What a command shows and plays by itself: pictures that it leaves as the scene's, which a load
+/// shows again, and songs. Of one command and argument there may be several rows.
+struct OwnFiles {
+  static constexpr long AnyOther = -1;  ///< arguments that no other row of the command has
+  const char* command;
+  long argument;        ///< the first one
+  const char* picture;  ///< null: none
+  const char* song = nullptr;
 };
-constexpr EffectPicture EffectPictures[] = {
-    {"special", "32800", "KEV102"},  {"special", "32800", "KEV103"},
-    {"special", "32800", "BLACK"},   {"special", "518", "P55"},
-    {"special", "99392", "KEV405b"}, {"picture-run", "", "KEV60219"},
+constexpr OwnFiles CommandFiles[] = {
+    {"special", 0x8020, "KEV102"},          {"special", 0x8020, "KEV103"},
+    {"special", 0x8020, "BLACK"},           {"special", 0x206, "P55"},
+    {"special", 0x18440, "KEV405b"},        {"picture-run", OwnFiles::AnyOther, "KEV60219"},
+    {"chapter-preview", 5, nullptr, "K16"}, {"chapter-preview", OwnFiles::AnyOther, nullptr, "K15"},
 };
 
 class FileCheck {
  public:
-  FileCheck(const Story& story, const GameFiles& files, Problems& problems)
-      : story_(story), files_(files), problems_(problems) {}
+  FileCheck(const GameFiles& files, Problems& problems) : files_(files), problems_(problems) {}
 
   void read(const Scene& scene) {
     eachAct(scene, [&](const Act& act) {
@@ -78,12 +81,24 @@ class FileCheck {
         {"se", &FileCheck::effect},      {"wave", &FileCheck::file},
         {"draw", &FileCheck::file},
     };
-    for (const EffectPicture& effect : EffectPictures)
-      if (act.command == effect.command &&
-          (act.arguments.empty() || scenec::narrow(act.arguments[0]) == effect.code))
-        picture(effect.picture);
+    ownFiles(act);
     for (const Entry& entry : Entries)
       if (act.command == entry.command && !act.arguments.empty()) (this->*entry.check)(act);
+  }
+
+  void ownFiles(const Act& act) {
+    const std::optional<long> given =
+        act.arguments.empty() ? std::nullopt : scenec::number(act.arguments[0]);
+    const auto is = [&](const OwnFiles& row) {
+      return act.command == row.command && given == row.argument;
+    };
+    const bool known = std::ranges::any_of(CommandFiles, is);
+    for (const OwnFiles& row : CommandFiles) {
+      if (!(known ? is(row) : act.command == row.command && row.argument == OwnFiles::AnyOther))
+        continue;
+      if (row.picture) picture(row.picture);
+      if (row.song) songNamed(row.song);
+    }
   }
 
   void background(const Act& act) {
@@ -92,60 +107,27 @@ class FileCheck {
     picture(act.arguments[0]);
   }
 
-  void event(const Act& act) { still(act.arguments[0], eventNames()); }
-  void title(const Act& act) { still(act.arguments[0], titleNames()); }
-  /// A row counts only for names of the engine's table.
-  void still(const std::string& name, std::span<const NamedFlag> names) {
-    std::string shown = name;
-    if (findName(names, name)) {
-      if (const PictureRow* row = findPictureRow(name)) {
-        if (row->file) shown = row->file;
-        for (int32_t index = 0; index < row->mouthCount; ++index)
-          if (row->mouths[index].file) picture(row->mouths[index].file, "mouth");
-      } else if (const PictureData* own = ownRow(story_.pictures, name)) {
-        if (!own->file.empty()) shown = own->file;
-        for (const scenec::MouthData& mouth : own->mouths)
-          if (!mouth.file.empty()) picture(mouth.file, "mouth");
-      }
-    }
-    picture(shown);
+  void event(const Act& act) { shown(filesOfStill(act.arguments[0], eventNames())); }
+  void title(const Act& act) { shown(filesOfStill(act.arguments[0], titleNames())); }
+
+  void shown(const ShownFiles& files) {
+    picture(files.picture);
+    for (const std::string& mouth : files.mouths)
+      picture(mouth, "mouth");
   }
 
-  static const PictureData* ownRow(const std::vector<PictureData>& rows, const std::string& name) {
-    for (const PictureData& row : rows)
-      if (row.name == name) return &row;
-    return nullptr;
-  }
-
-  struct FigureFiles {
-    std::string file, mouth;  ///< no mouth: empty
-  };
-  std::optional<FigureFiles> figureRow(const std::string& name) {
-    if (const SpriteRow* row = findSpriteRow(name))
-      return FigureFiles{row->file ? row->file : name, row->mouth ? row->mouth : ""};
-    if (const PictureData* row = ownRow(story_.sprites, name))
-      return FigureFiles{row->file.empty() ? name : row->file,
-                         row->mouths.empty() ? std::string() : row->mouths[0].file};
+  void figure(const Act& act) { figure(act.arguments[0], filesOfFigure(act.arguments[0])); }
+  void figure(const std::string& name, const std::optional<ShownFiles>& files) {
+    if (files) return shown(*files);
     problems_.add(place_, "the figure " + name +
                               " has no row, so that nobody would appear; write @figure " + name +
                               " of SPEAKER at X Y in story.txt.");
-    return std::nullopt;
   }
 
-  void figure(const Act& act) {
-    const std::string& name = act.arguments[0];
-    if (isGroupShot(name)) return picture(name);
-    const std::optional<FigureFiles> row = figureRow(name);
-    if (!row) return;
-    picture(row->file);
-    if (!row->mouth.empty()) picture(row->mouth, "mouth");
-    if (name == PairPicture) picture(PairMouth, "mouth");
-  }
-
-  void kzc(const Act& act) { variant(act, FamilyKZC.prefix, {"KUC"}, false); }
-  void kyc(const Act& act) { variant(act, FamilyKYC.prefix, {"KUC"}, false); }
-  void kxs(const Act& act) { variant(act, FamilyKXS.prefix, {"KUS012", "KUS082"}, true); }
-  void variant(const Act& act, const std::string& prefix, const std::vector<std::string>& accepted,
+  void kzc(const Act& act) { variant(act, FamilyKZC, {"KUC"}, false); }
+  void kyc(const Act& act) { variant(act, FamilyKYC, {"KUC"}, false); }
+  void kxs(const Act& act) { variant(act, FamilyKXS, {"KUS012", "KUS082"}, true); }
+  void variant(const Act& act, const SpriteFamily& family, const std::vector<std::string>& accepted,
                bool whole) {
     const std::string& name = act.arguments[0];
     bool takes = false;
@@ -154,16 +136,9 @@ class FileCheck {
       takes = takes || (whole ? name == start : scenec::startsWith(name, start));
       all += (all.empty() ? "" : " and ") + start;
     }
-    if (!takes) {
-      problems_.add(place_, "@" + act.command + " knows figures of " + all + " alone, and not " +
-                                name + "; nobody would appear.");
-      return;
-    }
-    const std::optional<FigureFiles> row = figureRow(name);
-    if (!row) return;
-    picture(prefix + name.substr(prefix.size()));
-    if (row->mouth.size() > prefix.size())
-      picture(prefix + row->mouth.substr(prefix.size()), "mouth");
+    if (takes) return figure(name, filesOfVariant(name, family));
+    problems_.add(place_, "@" + act.command + " knows figures of " + all + " alone, and not " +
+                              name + "; nobody would appear.");
   }
 
   static bool isWord(const std::string& word, std::initializer_list<const char*> words) {
@@ -173,8 +148,9 @@ class FileCheck {
   }
 
   void song(const Act& act) {
-    const std::string& name = act.arguments[0];
-    if (isWord(name, {"fadeout", "stop"})) return;
+    if (!isWord(act.arguments[0], {"fadeout", "stop"})) songNamed(act.arguments[0]);
+  }
+  void songNamed(const std::string& name) {
     const int32_t number = songNumber(name.c_str());
     if (number == 0) {
       problems_.add(place_, "there is no song " + name + "; songs are K01 to K16.");
@@ -200,7 +176,6 @@ class FileCheck {
 
   void file(const Act& act) { need(act.arguments[0], "this takes the file " + act.arguments[0]); }
 
-  const Story& story_;
   const GameFiles& files_;
   Problems& problems_;
   Place place_;
@@ -209,7 +184,8 @@ class FileCheck {
 }  // namespace
 
 void checkFiles(const Story& story, const GameFiles& files, Problems& problems) {
-  FileCheck check(story, files, problems);
+  const RowsInPlace rows(story);
+  FileCheck check(files, problems);
   if (!story.bare) check.engine();
   for (const Scene& scene : story.scenes)
     check.read(scene);

@@ -3,9 +3,10 @@
 
 #include "graphics/surface.h"
 #include "message/area_forms.h"
+#include "message/speakers.h"
 #include "message/text_areas.h"
 #include "platform/text/shift_jis.h"
-#include "scenes/generator/text.h"
+#include "scenes/generator/story_rows.h"
 #include "tools/story/story_checks.h"
 
 namespace qv::story {
@@ -19,8 +20,8 @@ using scenec::Story;
 namespace {
 
 constexpr int32_t FaceWidth = 640, FaceHeight = 127;
-constexpr const char *GivenNameMark = "＊＊＊", *FamilyNameMark = "※※※";
-constexpr std::string_view TrueNameOpens = "《", TrueNameCloses = "》";
+/// Names and messages have the same room in both presentations: one stands for both.
+constexpr bool InDrama = false;
 
 /// Another device's widths; what would be drawn is counted.
 class MeasuringDevice : public TextDevice {
@@ -36,35 +37,16 @@ class MeasuringDevice : public TextDevice {
   void drawOutlined(const TextRun& run, ColourRef, ColourRef) override { take(run); }
 
   size_t bytes = 0;  ///< of all runs
-  int lines = 0;     ///< that begin a new height
 
  private:
-  void take(const TextRun& run) {
-    bytes += run.text.size();
-    if (lines == 0 || run.y != lastY_) ++lines;
-    lastY_ = run.y;
-  }
+  void take(const TextRun& run) { bytes += run.text.size(); }
   TextDevice& widths_;
-  int32_t lastY_ = 0;
 };
 
 struct Printed {
   bool overflows = false;  ///< a page was full
-  size_t bytes = 0;        ///< that were drawn
-  int lines = 0;
+  bool isCut = false;      ///< not all of it was drawn
 };
-
-void replaceAll(std::string& text, const std::string& from, const std::string& to) {
-  for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
-    text.replace(at, from.size(), to);
-}
-
-std::string withoutTrueName(std::string tag) {
-  const size_t opens = tag.find(TrueNameOpens), closes = tag.find(TrueNameCloses);
-  if (opens != std::string::npos && closes != std::string::npos && opens < closes)
-    tag.erase(opens, closes + TrueNameCloses.size() - opens);
-  return tag;
-}
 
 class LayoutCheck {
  public:
@@ -75,7 +57,8 @@ class LayoutCheck {
 
   void names() {
     for (const scenec::SpeakerData& speaker : story_.speakerData) {
-      std::string shown = speaker.shown.empty() ? withoutTrueName(speaker.tag) : speaker.shown;
+      std::string shown =
+          speaker.shown.empty() ? scenec::withoutTrueName(speaker.tag) : speaker.shown;
       name(speaker.printed.empty() ? shown : speaker.printed, speaker.place);
     }
   }
@@ -91,49 +74,41 @@ class LayoutCheck {
   }
 
  private:
-  std::string withNames(std::string text) const {
-    replaceAll(text, GivenNameMark, story_.givenName);
-    replaceAll(text, FamilyNameMark, story_.familyName);
-    return text;
-  }
-
-  /// `place` puts the area where it stands in the presentation; null leaves it as its form says.
+  /// `place` puts the area where a line has it; null leaves it as its form says.
   Printed print(const AreaForm& form, const std::string& utf8,
-                void (*place)(QVPrintArea&, bool drama) = nullptr, bool drama = false) {
+                void (*place)(QVPrintArea&) = nullptr) {
     MeasuringDevice device(widths_);
     QVPrintArea area;
     area.setTextDevice(device);
     area.setSurface(&face_);
     shapeArea(area, form);
-    if (place) place(area, drama);
+    if (place) place(area);
     const uint32_t before = area.fullPages();
-    area.printText(sjis(withNames(utf8).c_str()).c_str());
-    return {area.fullPages() != before, device.bytes, device.lines};
+    const std::string text = withHeroNames(sjis(utf8.c_str()), sjis(story_.familyName.c_str()),
+                                           sjis(story_.givenName.c_str()));
+    area.printText(text.c_str());
+    return {area.fullPages() != before, device.bytes < text.size()};
   }
 
-  static void placeMessage(QVPrintArea& area, bool drama) {
+  static void placeMessage(QVPrintArea& area) {
     LineAreas areas;
     areas.name = nullptr;
     areas.message = &area;
-    areas.place(drama);
+    areas.place(InDrama);
     areas.home();
   }
-  static void placeName(QVPrintArea& area, bool drama) {
+  static void placeName(QVPrintArea& area) {
     LineAreas areas;
     areas.message = nullptr;
     areas.name = &area;
-    areas.place(drama);
+    areas.place(InDrama);
     areas.home();
   }
 
   void name(const std::string& text, Place place) {
-    for (const bool drama : {false, true}) {
-      const Printed printed = print(NameAreaForm, text, placeName, drama);
-      if (printed.bytes >= sjis(withNames(text).c_str()).size()) continue;
-      problems_.add(place, "the name " + text + " is wider than the frame's line and would be cut" +
-                               (drama ? " in drama." : "; shorten it."));
-      return;
-    }
+    if (print(NameAreaForm, text, placeName).isCut)
+      problems_.add(place, "the name " + text +
+                               " is wider than the frame's line and would be cut; shorten it.");
   }
 
   void message(const Act& act) {
@@ -144,13 +119,10 @@ class LayoutCheck {
   }
 
   void messageText(const std::string& text, Place place) {
-    for (const bool drama : {false, true}) {
-      if (!print(MessageAreaForm, text, placeMessage, drama).overflows) continue;
-      problems_.add(place, std::string("this message is longer than the frame") +
-                               (drama ? " in drama" : "") +
-                               ", and its beginning would scroll away unread; make two of it.");
-      return;
-    }
+    if (print(MessageAreaForm, text, placeMessage).overflows)
+      problems_.add(place,
+                    "this message is longer than the frame, and its beginning would scroll away "
+                    "unread; make two of it.");
   }
 
   void choice(size_t index, const std::string& text, Place place) {

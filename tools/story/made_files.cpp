@@ -1,12 +1,13 @@
 #include "tools/story/made_files.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
 #include "audio/scene/sound_tables.h"
-#include "graphics/scene/picture_tables.h"
 #include "graphics/static_colours.h"
 #include "tools/picture_codec/picture_files.h"
+#include "tools/story/shown_files.h"
 #include "tools/story/story_maker.h"
 
 namespace qv::story {
@@ -87,15 +88,15 @@ class StockTaker {
       : sample_(sample), files_(files), made_(made) {}
 
   MadeStock take() {
+    const RowsInPlace rows(sample_.story);
     for (const NamedFlag& row : backgroundNames())
       if (hasPicture(files_, row.name)) stock_.backgrounds.emplace_back(row.name);
     stock_.backgrounds.emplace_back("BLACK");
     makeEffectPictures();
     takeStills();
     for (const scenec::PictureData& row : sample_.story.sprites) {
-      const std::string file = row.file.empty() ? row.name : row.file;
-      const bool mouthIsThere = row.mouths.empty() || hasPicture(files_, row.mouths[0].file);
-      if (row.name.rfind("KUS", 0) == 0 && hasPicture(files_, file) && mouthIsThere)
+      const std::optional<ShownFiles> shown = filesOfFigure(row.name);
+      if (row.name.starts_with("KUS") && shown && isThere(*shown))
         stock_.figures.push_back(row.name);
     }
     makeVariants();
@@ -104,8 +105,14 @@ class StockTaker {
   }
 
  private:
-  /// Events without mouths: theirs would have to be made too.
-  static bool hasMouths(const std::string& name) { return findPictureRow(name) != nullptr; }
+  bool isThere(const ShownFiles& shown) const {
+    return hasPicture(files_, shown.picture) &&
+           std::ranges::all_of(shown.mouths,
+                               [&](const std::string& mouth) { return hasPicture(files_, mouth); });
+  }
+
+  /// Events with mouths are not made: theirs would have to be made too.
+  static bool hasRow(const std::string& name) { return findPictureRow(name) != nullptr; }
 
   /// What the effects of the story leave on the screen.
   void makeEffectPictures() {
@@ -119,13 +126,13 @@ class StockTaker {
 
   void takeStills() {
     for (const NamedFlag& row : titleNames())
-      if (hasPicture(files_, row.name)) stock_.titles.emplace_back(row.name);
+      if (isThere(filesOfStill(row.name, titleNames()))) stock_.titles.emplace_back(row.name);
     for (const NamedFlag& row : eventNames())
-      if (hasPicture(files_, row.name)) stock_.events.emplace_back(row.name);
+      if (isThere(filesOfStill(row.name, eventNames()))) stock_.events.emplace_back(row.name);
     int number = 0;
     for (const NamedFlag& row : eventNames()) {
       if (stock_.events.size() >= MadeEvents) break;
-      if (row.flag == WithoutFlag || hasPicture(files_, row.name) || hasMouths(row.name)) continue;
+      if (row.flag == WithoutFlag || hasPicture(files_, row.name) || hasRow(row.name)) continue;
       if (ownPictures_.count(row.name) == 0) put(made_, row.name, landscape(number++));
       stock_.events.emplace_back(row.name);
     }
@@ -135,15 +142,10 @@ class StockTaker {
     }
   }
 
-  bool hasRow(const std::string& name) const {
-    return std::ranges::any_of(sample_.story.sprites,
-                               [&](const auto& row) { return row.name == name; });
-  }
-
   void makeVariants() {
     std::string speaker = "ベルーネ";
     if (!sample_.story.speakerData.empty()) speaker = sample_.story.speakerData[0].name;
-    if (!hasRow(CloseFigure))
+    if (!findSpriteRow(CloseFigure))
       stock_.rows += std::string("@figure ") + CloseFigure + " of " + speaker +
                      " at -120 0 mouth " + CloseMouth + " 96 120 key " + std::to_string(FigureKey) +
                      "\n";
@@ -154,7 +156,7 @@ class StockTaker {
     }
     stock_.closeFigures.emplace_back(CloseFigure);
     // The outdoor form of a figure takes its mouth's name from the plain one's.
-    if (!hasRow(OutdoorFigure))
+    if (!findSpriteRow(OutdoorFigure))
       stock_.rows += std::string("@figure ") + OutdoorFigure + " of " + speaker + " at -120 0\n";
     put(made_, "KXS012", oval(FigureWidth, FigureHeight, 0x8090C0));
     put(made_, "KXS012_a", oval(MouthWidth, MouthHeight, 0x304080, MouthCells));
@@ -169,6 +171,7 @@ class StockTaker {
       if (whole)
         stock_.songs.push_back("K" + std::string(number < 10 ? "0" : "") + std::to_string(number));
     }
+    stock_.previewSong = std::ranges::find(stock_.songs, "K15") != stock_.songs.end();
     for (const SoundEffect& effect : soundEffects())
       if (files_.has(nameInGame(fileOf(effect)))) stock_.effects.emplace_back(effect.key);
     if (files_.has("dat/QVlogo.mcg")) stock_.drawings.emplace_back("dat\\QVlogo.mcg");

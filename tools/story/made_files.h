@@ -17,6 +17,7 @@ struct MadeStock {
   std::vector<std::string> backgrounds, events, titles, figures, closeFigures, outdoorFigures;
   std::vector<std::string> songs, effects, drawings;
   std::vector<std::string> voices;  ///< as scenes name them: "V00\\0000_001"
+  bool previewSong = false;         ///< the song that a chapter's preview plays is there
   std::string rows;                 ///< of story.txt, for the figures that were made
 };
 

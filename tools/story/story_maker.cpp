@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <functional>
 #include <map>
+#include <utility>
 
 #include "tools/story/made_files.h"
 #include "tools/story/made_words.h"
@@ -17,13 +18,15 @@ namespace {
 // --- The measure of a real story ---
 
 constexpr std::array ChapterSizes{15, 86, 359, 237, 89, 127, 18};
-constexpr int Waits = 17255, SecondPieces = 3516, Parts = 794;
-constexpr int Chains = 63, ThreeWays = 109, TwoWays = 30, Rings = 7, MostRingPlaces = 7;
+constexpr int SpokenLines = 17228, SecondPieces = 3516, Parts = 794;
+constexpr int Chains = 63, ChainsWithoutChapter = 8, ThreeWays = 109, TwoWays = 30, Rings = 7,
+              MostRingPlaces = 7;
 constexpr int BranchScenes = 20, SplitScenes = 3, LastChoices = 8, FrontierWidth = 10;
 constexpr const char* Endings[] = {"sc_bat0000",  "sc_bat0001m", "sc_bat0002m", "sc_bat0003n",
                                    "sc_bat0004n", "sc_bat0005n", "sc_bat0006m"};
 constexpr const char* Routes[] = {"m", "n", "a", "b", "ma", "mb", "mc"};
 constexpr int FirstFlag = 600, Flags = 55, FirstCounter = 200, Counters = 11;
+constexpr std::array SplitFlags{609, 610};  ///< each has a part of one message
 
 /// Transitions from the commonest on, with their weights.
 struct Weighted {
@@ -35,14 +38,20 @@ constexpr Weighted Transitions[] = {
 
 enum class Exit { Go, Three, Two, Ring, Chain, Branch };
 
+/// A message with the command lines before it.
+struct Said {
+  std::vector<std::string> before{};
+  bool twoPieces = false;
+  std::string wait{};  ///< "@click ..." behind it, or nothing
+};
+
 struct Planned {
   std::string name;
   Exit exit = Exit::Go;
   int chainKind = 0;
   bool split = false;
   std::vector<std::string> targets{};
-  std::vector<std::vector<std::string>> before{};  ///< command lines before each message
-  std::vector<std::string> waits{};                ///< "@click ..." behind a message, or nothing
+  std::vector<Said> said{};
 };
 
 class Maker {
@@ -58,6 +67,7 @@ class Maker {
     joinScenes();
     layMessages();
     scatterCommands();
+    splitScenes();
     writeTexts();
     return std::move(made_);
   }
@@ -78,16 +88,18 @@ class Maker {
   void scatterEffects();
   void scatterState();
   void scatterWaits();
+  void splitScenes();
   void writeTexts();
 
   Planned& anyScene();
-  std::vector<std::string>& anyPlace();
+  Said& anySaid();
+  std::vector<std::string>& anyPlace() { return anySaid().before; }
   void scatter(int count, const std::string& line);
   std::string transition();
   std::string flag() { return std::to_string(FirstFlag + numbers_.below(Flags)); }
   std::string heroine() { return numbers_.pick(sample_.story.heroines); }
   std::string text(const Planned& scene);
-  std::string message();
+  std::string message(bool twoPieces = false);
   std::string exitText(const Planned& scene);
   std::string chainText(const Planned& scene);
   std::string endingTexts() const;
@@ -152,8 +164,6 @@ void Maker::chooseExits() {
   choose(scaled(TwoWays), Exit::Two);
   choose(scaled(Rings), Exit::Ring);
   choose(scaled(BranchScenes), Exit::Branch);
-  for (int count = scaled(SplitScenes); count > 0; --count)
-    anyScene().split = true;
 }
 
 /// Every scene takes the oldest way that leads nowhere yet, or several, so that ways meet again.
@@ -189,32 +199,32 @@ void Maker::joinScenes() {
 void Maker::layMessages() {
   for (size_t at = 0; at < scenes_.size(); ++at)
     if (scenes_[at].exit != Exit::Chain) talking_.push_back(at);
-  // Each scene has two messages at least, some have very many.
+  // Each scene has two messages at least, some have very many. The parts of scenes that are told
+  // by a flag have one each.
   for (const size_t at : talking_)
-    scenes_[at].before.resize(2);
-  int rest = scaled(Waits) - 2 * static_cast<int>(talking_.size());
+    scenes_[at].said.resize(2);
+  int rest = scaled(SpokenLines) - 2 * static_cast<int>(talking_.size()) -
+             static_cast<int>(SplitFlags.size()) * scaled(SplitScenes);
   while (rest > 0) {
     const int more = std::min(rest, numbers_.between(1, numbers_.oneOf(6) ? 40 : 16));
     Planned& scene = anyScene();
-    scene.before.resize(scene.before.size() + static_cast<size_t>(more));
+    scene.said.resize(scene.said.size() + static_cast<size_t>(more));
     rest -= more;
   }
-  for (const size_t at : talking_)
-    scenes_[at].waits.resize(scenes_[at].before.size());
+  for (int left = scaled(SecondPieces); left > 0;) {
+    Said& said = anySaid();
+    if (std::exchange(said.twoPieces, true)) continue;
+    --left;
+  }
 }
 
 Planned& Maker::anyScene() {
-  if (!talking_.empty()) return scenes_[numbers_.pick(talking_)];
-  Planned* scene = nullptr;
-  do {
-    scene = &scenes_[static_cast<size_t>(numbers_.below(static_cast<int>(scenes_.size())))];
-  } while (scene->exit == Exit::Chain);
-  return *scene;
+  return scenes_[numbers_.pick(talking_)];
 }
 
-std::vector<std::string>& Maker::anyPlace() {
+Said& Maker::anySaid() {
   Planned& scene = anyScene();
-  return scene.before[static_cast<size_t>(numbers_.below(static_cast<int>(scene.before.size())))];
+  return scene.said[static_cast<size_t>(numbers_.below(static_cast<int>(scene.said.size())))];
 }
 
 void Maker::scatter(int count, const std::string& line) {
@@ -289,7 +299,7 @@ void Maker::scatterEffects() {
     const char* line;
   };
   static constexpr Line Lines[] = {
-      {631, "@fade"},
+      {622, "@fade"},
       {6, "@fade 32"},
       {2, "@fade 64"},
       {16, "@fade-fast 8"},
@@ -302,7 +312,6 @@ void Maker::scatterEffects() {
       {5, "@chapter-cards 1 0"},
       {5, "@chapter-cards 2 1"},
       {8, "@chapter-catch 1 0"},
-      {8, "@chapter-preview 2 0"},
       {3, "@picture-run"},
       {7, "@hide-message"},
       {3, "@hide-system"},
@@ -310,10 +319,11 @@ void Maker::scatterEffects() {
   };
   for (const Line& line : Lines)
     scatter(line.count, line.line);
+  if (stock_.previewSong) scatter(8, "@chapter-preview 2 0");
   if (!stock_.drawings.empty()) scatter(3, "@draw " + stock_.drawings[0] + " 16 9");
   std::vector<std::string>& film = anyPlace();
   for (const char* line : {"@setting 150 1", "@film-start", "@film", "@film-start demo",
-                           "@film-cue 500 2000", "@film-wait 1000", "@setting 150 0"})
+                           "@film-cue 500 2000", "@film-wait 1000"})
     film.emplace_back(line);
 }
 
@@ -334,8 +344,16 @@ void Maker::scatterState() {
                          std::to_string(numbers_.between(1, 30)));
   scatter(39, "@save-point");
   scatter(8, "@save-offer");
+  const auto ask = [&](int count, const std::string& what) {
+    for (int left = scaled(count); left > 0; --left)
+      anyPlace().push_back("@if " + what + "\n  @flag " + flag() + "\n  @end");
+  };
   for (const char* what : {"skip", "voices", "music"})
-    scatter(7, std::string("@if ") + what + "\n  @stop-se\n  @end");
+    ask(7, what);
+  ask(5, "setting 150");
+  // Beside the plates' own texts.
+  for (int left = scaled(387); left > 0; --left)
+    anyPlace().push_back("@text select01.Mess.Aria " + madeChoice(numbers_));
 }
 
 void Maker::scatterWaits() {
@@ -343,17 +361,37 @@ void Maker::scatterWaits() {
     int count;
     const char* line;
   };
-  static constexpr Wait Kinds[] = {{34, "@click 1 1"}, {6, "@click 10"},   {5, "@click 1"},
-                                   {3, "@click 30 3"}, {1, "@click 2.7s"}, {1, "@click 3.0s"},
-                                   {1, "@click 3.5s"}};
+  static constexpr Wait Kinds[] = {{34, "@click 1 1"},      {6, "@click 10"},   {5, "@click 1"},
+                                   {5, "@click forever 2"}, {3, "@click 30 3"}, {1, "@click 2.7s"},
+                                   {1, "@click 3.0s"},      {1, "@click 3.5s"}};
   for (const Wait& kind : Kinds) {
-    for (int left = scaled(kind.count); left > 0; --left) {
-      Planned& scene = anyScene();
-      scene.waits[static_cast<size_t>(numbers_.below(static_cast<int>(scene.waits.size())))] =
-          kind.line;
+    for (int left = scaled(kind.count); left > 0;) {
+      Said& said = anySaid();
+      if (!said.wait.empty()) continue;
+      said.wait = kind.line;
+      --left;
     }
   }
-  scatter(32, "@step\n  @click forever 2");
+  scatter(27, "@step\n  @click forever 2");
+}
+
+/// A scene in parts ends each of them alike, so that its choices would stand in it several times,
+/// and must not set the flags by which it is parted.
+void Maker::splitScenes() {
+  const auto setsFlags = [](const Said& said) {
+    return std::ranges::any_of(said.before, [](const std::string& line) {
+      return std::ranges::any_of(SplitFlags, [&](int number) {
+        return line.find("@flag " + std::to_string(number)) != std::string::npos;
+      });
+    });
+  };
+  for (int left = scaled(SplitScenes); left > 0;) {
+    Planned& scene = anyScene();
+    const bool ends = scene.exit == Exit::Go || scene.exit == Exit::Branch;
+    if (scene.split || !ends || std::ranges::any_of(scene.said, setsFlags)) continue;
+    scene.split = true;
+    --left;
+  }
 }
 
 void Maker::scatterCommands() {
@@ -366,7 +404,7 @@ void Maker::scatterCommands() {
 
 // --- Texts ---
 
-std::string Maker::message() {
+std::string Maker::message(bool twoPieces) {
   std::string text;
   const bool speaks = !sample_.story.speakerData.empty() && numbers_.below(100) < 60;
   if (speaks) {
@@ -378,8 +416,7 @@ std::string Maker::message() {
     text = madeNarration(numbers_);
   }
   text += "\n";
-  if (numbers_.below(Waits) < SecondPieces)
-    text += (speaks ? madeSpeech : madeNarration)(numbers_) + "\n";
+  if (twoPieces) text += (speaks ? madeSpeech : madeNarration)(numbers_) + "\n";
   return text;
 }
 
@@ -392,8 +429,10 @@ std::string Maker::chainText(const Planned& scene) {
     condition = "affection " + heroine() + " above " + std::to_string(numbers_.between(0, 9));
   else if (scene.chainKind < 12)
     condition = "random";
-  return "@chain " + scene.name + "\n  @if " + condition + "\n    @go " + scene.targets[0] +
-         "\n  @else\n    @go " + scene.targets[1] + "\n  @end\n";
+  const bool withoutChapter = scene.chainKind >= scaled(Chains) - scaled(ChainsWithoutChapter);
+  return "@chain " + scene.name + (withoutChapter ? " without-chapter" : "") + "\n  @if " +
+         condition + "\n    @go " + scene.targets[0] + "\n  @else\n    @go " + scene.targets[1] +
+         "\n  @end\n";
 }
 
 std::string Maker::exitText(const Planned& scene) {
@@ -419,19 +458,20 @@ std::string Maker::exitText(const Planned& scene) {
 std::string Maker::text(const Planned& scene) {
   if (scene.exit == Exit::Chain) return chainText(scene);
   std::string steps;
-  for (size_t at = 0; at < scene.before.size(); ++at) {
-    for (const std::string& line : scene.before[at])
+  for (const Said& said : scene.said) {
+    for (const std::string& line : said.before)
       steps += "  " + line + "\n";
-    steps += message();
-    if (!scene.waits[at].empty()) steps += "  " + scene.waits[at] + "\n";
+    steps += message(said.twoPieces);
+    if (!said.wait.empty()) steps += "  " + said.wait + "\n";
     steps += "\n";
   }
   std::string text = "@scene " + scene.name + "\n";
   if (!scene.split) return text + steps + exitText(scene);
-  // Both lists end alike.
+  // All lists end alike.
   const std::string exit = exitText(scene);
-  return text + "  @when 609\n" + message() + "\n" + exit + "  @when 610\n" + message() + "\n" +
-         exit + "  @otherwise\n" + steps + exit;
+  for (const int number : SplitFlags)
+    text += "  @when " + std::to_string(number) + "\n" + message() + "\n" + exit;
+  return text + "  @otherwise\n" + steps + exit;
 }
 
 std::string Maker::endingTexts() const {

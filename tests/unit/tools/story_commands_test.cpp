@@ -94,6 +94,10 @@ TEST_F(StoryCommand, AMadeStoryIsWholeAndAPureFunctionOfItsSeed) {
             readWhole(at("other/story/02/sc02000x.scene")));
   // Its pictures are the sample's own; those that it made stand in for them here.
   const ProcessResult checked = run({"check", at("one"), "--game", at("one/files")});
+  EXPECT_EQ(checked.status, 1);
+  EXPECT_THAT(checked.errors,
+              HasSubstr("for every story, and the game has no file dat/mframe.mcg."));
+  EXPECT_THAT(checked.errors, HasSubstr("this shows the picture KBA"));
   EXPECT_THAT(checked.errors, ::testing::Not(HasSubstr("nothing leads to")));
   EXPECT_THAT(checked.errors, ::testing::Not(HasSubstr("is asked here")));
   EXPECT_THAT(checked.errors, ::testing::Not(HasSubstr("longer than")));
