@@ -112,7 +112,8 @@ class QVScenario {
   /// Draws a surface, a view, a picture file, or a plain colour (source 0 or -1: index 0 or 255)
   /// onto a surface, or by a numbered effect onto a view. A width or height of 0 is the source's;
   /// x and y onto a view may be position codes. Effect 9 takes x as its number of steps. Without
-  /// `flush` a view's surface is drawn and the screen is not.
+  /// `flush` a view's surface is drawn and the screen is not. Onto a print area the source is a
+  /// text, which is printed with the pen at x, y.
   void DrawTo(const char* target, ObjectArgument source, int32_t x, int32_t y, int32_t w, int32_t h,
               int32_t sx, int32_t sy, int32_t effect = 1, ColourKey key = KeyNone,
               int32_t extra = 0, int32_t flush = 1);
