@@ -4,6 +4,7 @@
 
 #include "host/box_desk.h"
 #include "host/input_codes.h"
+#include "host/play_script.h"
 #include "host/recorder.h"
 #include "input/click_map.h"
 
@@ -20,6 +21,8 @@ std::optional<int32_t> codeOfEvent(const DisplayEvent& event) {
     case Kind::Wheel:
       return codeOfWheel(event.y);
     case Kind::KeyDown:
+      // What no record can say is nobody's answer; with Alt a key is the window system's.
+      if (event.alt || nameOfKey(event.key).empty()) return std::nullopt;
       return codeOfKey(event.key);
     default:
       return std::nullopt;

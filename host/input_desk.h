@@ -71,7 +71,8 @@ class InputDesk {
   std::optional<RestingMove> restingMove_;  ///< changed nothing, so far: no line tells of it
 };
 
-/// The code that a scene's wait gets for an event, or nothing for events that are no input of it.
+/// The code that a scene's wait gets for an event, or nothing for events that are no input of it: a
+/// key that scripts have no name for (Shift, Ctrl, Alt, those of editing), and any key beside Alt.
 std::optional<int32_t> codeOfEvent(const DisplayEvent& event);
 
 }  // namespace qv

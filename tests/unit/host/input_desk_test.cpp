@@ -6,7 +6,9 @@
 
 #include "foundation/diagnostic.h"
 #include "host/box_desk.h"
+#include "host/play_script.h"
 #include "host/recorder.h"
+#include "platform/display/key_codes.h"
 #include "platform/text/text_renderer.h"
 #include "tests/support/test_platform.h"
 
@@ -142,6 +144,38 @@ TEST_F(InputDeskTest, MovesAndReleasesAreNoInputOfAWait) {
     event.kind = kind;
     EXPECT_EQ(codeOfEvent(event), std::nullopt);
   }
+}
+
+TEST_F(InputDeskTest, KeysWithoutANameAndKeysBesideAltAnswerNoWait) {
+  beginWait(300);
+  for (const int key : {KeyAlt, KeyShift, KeyControl, KeyBack, KeyInsert, KeyDelete, 0, 255})
+    EXPECT_FALSE(desk.offer(keyPress(key))) << key;
+  for (const int key : {KeyReturn, KeyTab, KeySpace, KeyF1 + 3}) {
+    DisplayEvent event = keyPress(key);
+    event.alt = true;
+    EXPECT_FALSE(desk.offer(event)) << key;
+  }
+  EXPECT_EQ(waited(), WaitInputTimeout);
+  // Nor are they kept for the next one.
+  desk.handle(keyPress(KeyAlt));
+  beginWait(300);
+  EXPECT_EQ(waited(), WaitInputTimeout);
+  EXPECT_EQ(platform.readFile(platform.player() / "record.play"), "");
+}
+
+TEST_F(InputDeskTest, WhateverKeyAnswersAWaitHasItsLineInTheRecord) {
+  std::string lines;
+  uint32_t waits = 0;
+  for (int key = 0; key <= 255; ++key) {
+    const std::string name = nameOfKey(key);
+    EXPECT_EQ(codeOfEvent(keyPress(key)).has_value(), !name.empty()) << key;
+    if (name.empty()) continue;
+    beginWait(InputForever);
+    EXPECT_TRUE(desk.offer(keyPress(key))) << name;
+    EXPECT_EQ(waited(), 2048 + key);
+    lines += "@" + std::to_string(++waits) + " key " + name + "\n";
+  }
+  EXPECT_EQ(platform.readFile(platform.player() / "record.play"), lines);
 }
 
 TEST_F(InputDeskTest, WhatAWaitTookIsRecordedWithTheWaitsNumber) {
