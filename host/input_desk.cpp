@@ -42,12 +42,19 @@ void InputDesk::hold(Source source, const DisplayEvent& event) {
 
 InputDesk::Fate InputDesk::offerFrom(Source source, const DisplayEvent& event) {
   trackPointer(event);
-  if (offerToBox(event)) return Fate::Taken;
+  if (offerToBox(event)) return taken(event);
   if (drag_.take(event)) {
+    const Fate fate = taken(event);
     finishDrag(source);
-    return Fate::Taken;
+    return fate;
   }
   return offerToWait(source, event);
+}
+
+/// What somebody has taken is newer than a press that is held, which must not follow behind it.
+InputDesk::Fate InputDesk::taken(const DisplayEvent& event) {
+  if (codeOfEvent(event)) held_.reset();
+  return Fate::Taken;
 }
 
 bool InputDesk::offerClick(const DisplayEvent& press) {
@@ -113,6 +120,7 @@ InputDesk::Fate InputDesk::offerToWait(Source source, const DisplayEvent& event)
     fate = give(gate, event);
     if (fate == Fate::NoWait) gate.tellNext();
   }
+  if (fate == Fate::Taken) taken(event);
   if (event.kind == Kind::PointerMove)
     unseenMove_ = fate == Fate::NoWait ? std::optional(source) : std::nullopt;
   keepForRecord(source, event, fate, ordinal);

@@ -51,6 +51,7 @@ class InputDesk {
   void trackPointer(const DisplayEvent& event);
   void finishDrag(Source source);
   void hold(Source source, const DisplayEvent& event);
+  Fate taken(const DisplayEvent& event);
   void keepForRecord(Source source, const DisplayEvent& event, Fate fate, uint32_t ordinal);
 
   struct HeldPress {

@@ -59,12 +59,16 @@ class InputDeskTest : public ::testing::Test {
     scene.terminate();
     scene.join();
   }
-  void beginWait(int32_t millis) {
+  /// The scene waits, and the UI thread has not heard of it.
+  void beginUnheardWait(int32_t millis) {
     result = Nothing;
     limit = millis;
     begin.set();
     while (!GameHost::Gate(host).sceneWaits())
       sleepMillis(1);
+  }
+  void beginWait(int32_t millis) {
+    beginUnheardWait(millis);
     desk.waitBegan();
   }
   int32_t waited() {
@@ -129,6 +133,15 @@ TEST_F(InputDeskTest, OnlyTheNewestPressIsKept) {
   EXPECT_EQ(waited(), 2080);
   beginWait(200);
   EXPECT_EQ(waited(), WaitInputTimeout) << "the older press must not come back";
+}
+
+TEST_F(InputDeskTest, AKeptPressIsForgottenWhenANewerOneIsTaken) {
+  desk.handle(keyPress(13));
+  beginUnheardWait(InputForever);
+  desk.handle(keyPress(32));
+  EXPECT_EQ(waited(), 2080);
+  beginWait(200);
+  EXPECT_EQ(waited(), WaitInputTimeout) << "the older press came behind the newer one";
 }
 
 TEST_F(InputDeskTest, ARepeatedKeyIsNotKept) {
