@@ -84,6 +84,8 @@ void InputDesk::trackPointer(const DisplayEvent& event) {
   if (button || event.kind == Kind::PointerMove) host_.pointer.moveTo(event.x, event.y);
   if (button && event.button == PointerButton::Right)
     host_.pointer.rightButton(event.kind == Kind::ButtonDown);
+  // The release may never come.
+  if (event.kind == Kind::FocusLost) host_.pointer.rightButton(false);
 }
 
 /// What a drag that was let go leaves behind: a click that it was not, or a line for the record.

@@ -204,6 +204,18 @@ TEST_F(InputDeskTest, WhatAWaitTookIsRecordedWithTheWaitsNumber) {
             "@2 click 30 40\n@3 key Return\n");
 }
 
+TEST_F(InputDeskTest, AButtonThatIsHeldWhileTheFocusGoesCountsAsLetGo) {
+  DisplayEvent right = press();
+  right.button = PointerButton::Right;
+  desk.handle(right);
+  sleepMillis(PointerState::PressMillis + 1);
+  EXPECT_TRUE(host.pointer.rightDown());
+  DisplayEvent gone;
+  gone.kind = DisplayEvent::Kind::FocusLost;
+  desk.handle(gone);
+  EXPECT_FALSE(host.pointer.rightDown()) << "its release goes to another window";
+}
+
 TEST_F(InputDeskTest, ABoxTakesTheInputBeforeTheWait) {
   beginWait(InputForever);
   Thread asker;
