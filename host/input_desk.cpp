@@ -133,9 +133,14 @@ InputDesk::Fate InputDesk::give(GameHost::Gate& gate, const DisplayEvent& event)
   if (!gate.sceneWaits()) return Fate::NoWait;
   if (helpTakes(gate, event)) return Fate::Taken;
   const std::optional<uint32_t> message = mapMessageOf(event);
-  if (gate.map() && message)
-    if (const auto region = host_.windows.regionFor(*gate.map(), event.x, event.y))
-      return gate.report(*message, *region) ? Fate::Taken : Fate::Refused;
+  if (gate.map() && message) {
+    const auto region = host_.windows.regionFor(*gate.map(), event.x, event.y);
+    // Where no map lies that the wait looks at, a move puts the highlight out and a press is a key.
+    // A hover request at the screen's edge goes beyond it for a moment, which is no place.
+    const bool onScreen = ScreenRectangle.contains(event.x, event.y);
+    if (region || (*message == PointerMoved && onScreen))
+      return gate.report(*message, region.value_or(NoRegion)) ? Fate::Taken : Fate::Refused;
+  }
   const std::optional<int32_t> code = codeOfEvent(event);
   return code && gate.deliver(*code) ? Fate::Taken : Fate::Refused;
 }
