@@ -13,11 +13,14 @@
 #include "message/pendant.h"
 #include "message/resume_flag.h"
 #include "message/skip_poll.h"
+#include "message/standing_names.h"
 #include "message/system_screens.h"
 #include "message/text_areas.h"
+#include "message/wait_codes.h"
 #include "platform/display/key_codes.h"
 #include "platform/kernel/kernel.h"
 #include "platform/text/shift_jis.h"
+#include "scenario/commands.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -27,49 +30,22 @@ namespace {
 
 enum Mode : int32_t { ModeShowOnly = 1, ModeLoopOnly = 2, ModeKeepVoice = 3 };
 
-/// What ends the wait.
-enum Result : int32_t {
-  SkipStopped = 0,
-  Skipped = 1,
-  Advanced = 10,
-  SkipBegun = -11,
-  Loaded = -13,
-  ToTitle = -10,
-  ToEnd = 255
-};
-constexpr std::array Endings{int32_t{Advanced}, int32_t{KeyReturn}, int32_t{KeySpace},
-                             int32_t{ToTitle},  int32_t{SkipBegun}, int32_t{Loaded},
-                             int32_t{ToEnd}};
+// Results of a line alone.
+constexpr int32_t SkipStopped = 0, Skipped = 1, Advanced = 10, SkipBegun = -11;
+constexpr std::array Endings{Advanced,  KeyReturn,  KeySpace, WaitToTitle,
+                             SkipBegun, WaitLoaded, WaitToEnd};
 
-// Regions of the whole screen's map.
-constexpr int32_t QuickSaveRegion = 4, PendantRegion = 5, SkipRegion = 6, QuickLoadRegion = 7,
-                  AdvanceRegion = 10;
-
-constexpr int32_t WaitKindClick = 4, WithNudge = 1, WithoutNudge = 0;
 constexpr uint32_t PollMillis = 50, MapTickMillis = 20, StepMillis = 100, ByteMillis = 50;
 constexpr int32_t VoiceRestTenths = 10;  ///< what follows a voice in drama mode
-constexpr int32_t FlashTenths = 3, WithoutWait = 0;
 constexpr int32_t NothingDone = -3;
 // No map has this name; the requests do nothing and stay as they are.
-constexpr const char* SelectionMap = "clmsel";
+constexpr const char* NoMap = "clmsel";
 
-int32_t& reg(int32_t number) {
-  return theScenario->Reg(number);
-}
-int32_t& system(int32_t number) {
-  return theScenario->SysReg(number);
-}
-bool inDrama() {
-  return system(DramaMode) != 0;
-}
-bool isEnding(int32_t result) {
-  return std::ranges::find(Endings, result) != Endings.end();
-}
 void refreshWholeScreen(int32_t nudge) {
   theScenario->RequestHover(WholeScreenMap, nudge);
 }
 void flash(SystemButton FrameButtons::*button) {
-  if (FrameButtons* buttons = frameButtons()) (buttons->*button).flash(FlashTenths, WithoutWait);
+  if (FrameButtons* buttons = frameButtons()) flashHit(buttons->*button);
 }
 
 /// One line that stands.
@@ -110,26 +86,26 @@ class LineWait {
 };
 
 int32_t LineWait::run() {
-  reg(WaitKindRegister) = WaitKindClick;
+  Reg(WaitKindRegister) = WaitKindClick;
   setUp();
   if (mode_ != ModeShowOnly) {
-    if (system(SkipMode) != 0) {
+    if (SysReg(SkipMode) != 0) {
       skip();
     } else {
       stand();
       end();
     }
   }
-  reg(WaitKindRegister) = 0;
+  Reg(WaitKindRegister) = 0;
   return result_;
 }
 
 void LineWait::setUp() {
   if (mode_ != ModeLoopOnly) {
     printPending();
-    reg(RestoreRedrawRegister) = 0;
+    Reg(RestoreRedrawRegister) = 0;
     showFaceOfLine();
-    if (reg(MessageHiddenRegister) == 1) ShowMessageWindow();
+    if (Reg(MessageHiddenRegister) == 1) ShowMessageWindow();
   }
   reading_ = static_cast<int32_t>(theScenario->StrReg(MessageLast).length());
   lightPendant(false);
@@ -141,17 +117,17 @@ void LineWait::stand() {
   MessageWindowHiddenFlag = 0;
   startBlink();
   mark_ = tickCount();
-  theScenario->RequestHover(SelectionMap, WithoutNudge);
+  theScenario->RequestHover(NoMap, WithoutNudge);
   theScenario->SetClickTick(WholeScreenMap, MapTickMillis);
-  while (!isEnding(result_) && theScenario->host())
+  while (!isOneOf(Endings, result_) && theScenario->host())
     pass();
 }
 
 void LineWait::pass() {
   result_ = pollWholeScreen(PollMillis);
-  followPendant(result_, SelectionMap);
+  followPendant(result_, NoMap);
   if (result_ >= FirstKeyResult && result_ <= FirstHoverResult) result_ -= FirstKeyResult;
-  if (reg(SavedStateRegister) != 0 && DataLoadedFlag != 0) {
+  if (Reg(SavedStateRegister) != 0 && DataLoadedFlag != 0) {
     refreshWholeScreen(WithNudge);
     DataLoadedFlag = 0;
   }
@@ -188,9 +164,9 @@ void LineWait::countTime() {
 
 /// The story runs by itself: a second behind a voice, fifty milliseconds for each byte without one.
 void LineWait::countDrama() {
-  const bool spoken = reg(SpeakerOnScreenRegister) == 1;
+  const bool spoken = Reg(SpeakerOnScreenRegister) == 1;
   const bool hidden = MessageWindowHiddenFlag != 0;
-  const bool voice = reg(VoiceRunningRegister) != 0;
+  const bool voice = Reg(VoiceRunningRegister) != 0;
   if (spoken && voice && theScenario->IsSoundPlaying(ChannelWave) == 0) {
     if (time_ == WaitWithoutLimit)
       time_ = VoiceRestTenths;
@@ -240,19 +216,20 @@ void LineWait::advance() {
     result_ = 0;
   } else {
     LineAreas().clear();
-    reg(SavedStateRegister) = 0;
-    reg(RestoreRedrawRegister) = 0;
+    Reg(SavedStateRegister) = 0;
+    Reg(RestoreRedrawRegister) = 0;
     stopSilentMouth();
   }
-  theScenario->RequestHover(SelectionMap, WithoutNudge);
+  theScenario->RequestHover(NoMap, WithoutNudge);
 }
 
 void LineWait::toggleWindow() {
   if (MessageWindowHiddenFlag != 0) {
     showPresentView(true);
     MessageWindowHiddenFlag = 0;
-    ShowPendant();
+    // Before it comes: the pointer may have left it while it was hidden.
     lightPendant(false);
+    ShowPendant();
     refreshWholeScreen(WithNudge);
   } else {
     HidePendant();
@@ -269,32 +246,31 @@ void LineWait::quickSave() {
 
 void LineWait::quickLoad() {
   flash(&FrameButtons::quickLoad);
-  if (systemScreens() && systemScreens()->quickLoad()) result_ = Loaded;
+  if (systemScreens() && systemScreens()->quickLoad()) result_ = WaitLoaded;
   refreshWholeScreen(WithNudge);
 }
 
 void LineWait::toggleSkip() {
   flash(&FrameButtons::skip);
-  if (system(SkipMode) != 0) {
+  if (SysReg(SkipMode) != 0) {
     RestoreFrameCorner();
-    system(SkipMode) = 0;
-    reg(PendingCodeRegister) = 0;
+    SysReg(SkipMode) = 0;
+    Reg(PendingCodeRegister) = 0;
   } else if (MessageWindowHiddenFlag == 0 && !inDrama()) {
     beginSkip();
   } else if (systemScreens()) {
-    systemScreens()->notice(
-        inDrama() ? sjis("ドラマチックモード実行中は\nテキストスキップできません。").c_str()
-                  : sjis("メッセージウインドウを表示させた\n状態にして下さい").c_str());
+    const std::string hidden = sjis("メッセージウインドウを表示させた\n状態にして下さい");
+    systemScreens()->notice(inDrama() ? noSkipInDrama().c_str() : hidden.c_str());
   }
   refreshWholeScreen(WithNudge);
 }
 
 void LineWait::beginSkip() {
   showSkipCorner();
-  system(SkipMode) = 1;
+  SysReg(SkipMode) = 1;
   result_ = SkipBegun;
   LineAreas().clear();
-  reg(SavedStateRegister) = 0;
+  Reg(SavedStateRegister) = 0;
   theScenario->SetClickTick(WholeScreenMap, MapTickMillis);
 }
 
@@ -306,14 +282,14 @@ void LineWait::configure() {
   repaintUnderBlink();
   connectBlink();
   startBlink();
-  if (system(SkipMode) != 0) {
+  if (SysReg(SkipMode) != 0) {
     result_ = KeyReturn;
     // The line is over; the next one is not printed over it.
     LineAreas().clear();
   } else {
     RestoreFrameCorner();
   }
-  reg(HoverRegister) = 0;
+  Reg(HoverRegister) = 0;
   refreshWholeScreen(WithNudge);
 }
 
@@ -349,7 +325,7 @@ void LineWait::end() {
 }
 
 bool stopsSkipping(int32_t code) {
-  constexpr int32_t LeftButtonKey = 1, LastFunctionKey = KeyF1 + 6;
+  constexpr int32_t LastFunctionKey = KeyF1 + 6;
   if (code == ClickCancel || code == AdvanceRegion) return true;
   if (code >= QuickSaveRegion && code <= QuickLoadRegion) return true;
   const int32_t key = code - FirstKeyResult;
@@ -358,22 +334,23 @@ bool stopsSkipping(int32_t code) {
 }
 
 void LineWait::skip() {
-  int32_t code = reg(PendingCodeRegister);
+  int32_t code = Reg(PendingCodeRegister);
   if (code != 0)
-    reg(PendingCodeRegister) = 0;
+    Reg(PendingCodeRegister) = 0;
   else
     code = pollWholeScreen(SkipPollMillis);
   if (stopsSkipping(code)) {
     flash(&FrameButtons::skip);
     RestoreFrameCorner();
-    system(SkipMode) = 0;
-    reg(PendingCodeRegister) = 0;
+    SysReg(SkipMode) = 0;
+    Reg(PendingCodeRegister) = 0;
     result_ = SkipStopped;
   } else {
     result_ = Skipped;
   }
+  if (mode_ != ModeKeepVoice) stopLineVoice();
   LineAreas().clear();
-  reg(SavedStateRegister) = 0;
+  Reg(SavedStateRegister) = 0;
 }
 
 }  // namespace

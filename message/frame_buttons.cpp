@@ -1,13 +1,13 @@
 #include "message/frame_buttons.h"
 
 #include "graphics/scene/picture_drawing.h"
+#include "message/standing_names.h"
 #include "scenario/scenario.h"
 
 namespace qv {
 
 namespace {
 
-constexpr const char* FrameView = "mess.view";
 constexpr int32_t ButtonEnabled = 1, ButtonUp = 0, WithoutBackground = 0;
 
 std::unique_ptr<FrameButtons> current;
@@ -15,7 +15,7 @@ std::unique_ptr<FrameButtons> current;
 }  // namespace
 
 void FrameButtons::place() {
-  View* view = viewNamed(FrameView);
+  View* view = viewNamed(NormalView);
   struct Place {
     SystemButton& button;
     int32_t x, y;
@@ -36,6 +36,19 @@ void FrameButtons::enableQuick() {
 void FrameButtons::disableQuick() {
   quickSave.disable();
   quickLoad.disable();
+}
+
+void FrameButtons::redrawNormal() {
+  for (SystemButton* button : {&quickSave, &quickLoad, &skip}) {
+    button->release();
+    button->enable();
+    button->redraw();
+  }
+}
+
+void flashHit(SystemButton& button) {
+  constexpr int32_t FlashTenths = 3, WithoutWait = 0;
+  button.flash(FlashTenths, WithoutWait);
 }
 
 FrameButtons* frameButtons() {

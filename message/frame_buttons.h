@@ -18,7 +18,12 @@ struct FrameButtons {
   void place();
   void enableQuick();
   void disableQuick();
+  /// All three up, enabled and drawn afresh.
+  void redrawNormal();
 };
+
+/// Shows that a button was hit; it springs back by itself.
+void flashHit(SystemButton& button);
 
 /// Null before the start and behind the end.
 FrameButtons* frameButtons();

@@ -2,6 +2,12 @@
 
 #include "graphics/scene/picture_drawing.h"
 #include "input/click_map.h"
+#include "message/message_window.h"
+#include "message/pendant.h"
+#include "message/standing_names.h"
+#include "message/wait_codes.h"
+#include "scenario/commands.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -9,20 +15,13 @@ namespace qv {
 
 namespace {
 
-constexpr const char *NormalView = "mess.view", *DramaView = "mess.Drama",
-                     *FaceSurface = "mess.surf", *PictureSurface = "cg.surf",
-                     *BlinkArea = "Blink.Area", *PendantWindow = "system.cut.win";
-constexpr int32_t Width = 640, DramaTop = 372, DramaHeight = 107, BelowText = 20;
+constexpr const char *FaceSurface = "mess.surf", *BlinkArea = "Blink.Area";
+constexpr int32_t BelowText = 20;
 constexpr int32_t BlinkWidth = 16, BlinkHeight = 24;
-constexpr int32_t TakeBackup = 1, Restore = 1, WithoutNudge = 0;
-constexpr int32_t PendantRegion = 5;
-
-bool inDrama() {
-  return theScenario->SysReg(DramaMode) != 0;
-}
+constexpr int32_t TakeBackup = 1, Restore = 1;
 
 bool somebodySpeaks() {
-  return theScenario->Reg(SpeakerOnScreenRegister) == 1;
+  return Reg(SpeakerOnScreenRegister) == 1;
 }
 
 }  // namespace
@@ -37,7 +36,7 @@ void showFaceOfLine() {
     face->blit(shown, 0, 0, 0, 0, face->width(), face->height(), KeyNone);
   } else if (somebodySpeaks()) {
     if (const QVVSurface* picture = surfaceNamed(PictureSurface))
-      picture->blit(shown, 0, 0, 0, DramaTop, Width, DramaHeight, KeyNone);
+      picture->blit(shown, 0, 0, 0, DramaTop, StripWidth, DramaHeight, KeyNone);
   } else {
     face->blit(shown, 0, 0, 0, 0, face->width(), face->height() - BelowText, KeyNone);
   }
@@ -70,12 +69,12 @@ void repaintUnderBlink() {
 }
 
 void lightPendant(bool lit) {
-  theScenario->Reg(HoverRegister) = lit ? 1 : 0;
+  Reg(HoverRegister) = lit ? 1 : 0;
   theScenario->DrawTo(PendantWindow, lit ? "sysCut1.surf" : "sysCut.surf", 0, 0, 0, 0, 0, 0);
 }
 
 void followPendant(int32_t code, const char* mapToRefresh) {
-  const bool lit = theScenario->Reg(HoverRegister) == 1;
+  const bool lit = Reg(HoverRegister) == 1;
   if (code == FirstHoverResult + PendantRegion) {
     if (!lit) lightPendant(true);
   } else if (code >= FirstHoverResult && lit) {

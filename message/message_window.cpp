@@ -6,8 +6,11 @@
 #include "message/frame_colours.h"
 #include "message/pendant.h"
 #include "message/skip_poll.h"
+#include "message/standing_names.h"
 #include "message/text_areas.h"
+#include "scenario/commands.h"
 #include "scenario/handles.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -15,21 +18,14 @@ namespace qv {
 
 namespace {
 
-constexpr const char *NormalView = "mess.view", *DramaView = "mess.Drama", *PictureView = "cg.view";
-constexpr int32_t NormalTop = 352, NormalHeight = 127, DramaTop = 372, DramaHeight = 107,
-                  Width = 640;
 constexpr int32_t CornerX = 586, CornerWidth = 104, CornerHeight = 74;
 constexpr ColourKey TextKey = 1;
 constexpr const char* FrameFile = "dat\\mframe.mcg";
-constexpr int32_t AllVoicesOn = 1;
-
-bool inDrama() {
-  return theScenario->SysReg(DramaMode) != 0;
-}
+constexpr int32_t SwitchedOn = 1;
 
 /// The surfaces behind the window; any of them may be missing in a story without a frame.
 struct FrameSurfaces {
-  QVVSurface* picture = surfaceNamed("cg.surf");
+  QVVSurface* picture = surfaceNamed(PictureSurface);
   QVVSurface* face = surfaceNamed("mess.surf");
   QVVSurface* empty = surfaceNamed("messTemp.surf");
   QVVSurface* art = surfaceNamed("mfrm.surf");
@@ -38,7 +34,7 @@ struct FrameSurfaces {
 };
 
 void copyStrip(const QVVSurface& from, QVVSurface& to, int32_t top, int32_t height, ColourKey key) {
-  from.blit(to, 0, 0, 0, top, Width, height, key);
+  from.blit(to, 0, 0, 0, top, StripWidth, height, key);
 }
 
 void drawCorner(const QVVSurface& art, int32_t sourceX, QVVSurface& target) {
@@ -61,7 +57,7 @@ scobjPalette plainColours(const View& picture) {
 /// The finished frame without text, on its own surface, which holds the strip already.
 void paintEmptyFrame(const FrameSurfaces& surfaces, const scobjPalette& tinted, bool skipCorner) {
   setAllColours(*surfaces.empty, tinted);
-  surfaces.art->blit(*surfaces.empty, 0, 0, 0, 0, Width, NormalHeight, KeyTopLeft);
+  surfaces.art->blit(*surfaces.empty, 0, 0, 0, 0, StripWidth, NormalHeight, KeyTopLeft);
   DrawFileKeyed(*surfaces.empty, FrameFile, 0, 0, true, KeyTopLeft);
   if (skipCorner) drawCorner(*surfaces.skipArt, 0, *surfaces.empty);
   scobjPalette finished = coloursOf(*surfaces.empty);
@@ -84,21 +80,17 @@ void showFace(const FrameSurfaces& surfaces, const scobjPalette& plain) {
   areas.saveBackground();
 }
 
-/// Brings the face to a view as it is, colours and all.
-void showOn(const char* viewName, const QVVSurface& face) {
+/// Brings a strip of a surface to a view as it is, colours and all.
+void showStrip(const char* viewName, const QVVSurface& from, int32_t top, int32_t height) {
   View* view = viewNamed(viewName);
   if (!view) return;
-  view->surface8()->copyPaletteFrom(face);
-  copyStrip(face, *view->surface8(), 0, NormalHeight, KeyNone);
+  view->surface8()->copyPaletteFrom(from);
+  copyStrip(from, *view->surface8(), top, height, KeyNone);
   view->flush(nullptr, 0);
 }
 
-void showStripOn(const char* viewName, const QVVSurface& picture, int32_t top, int32_t height) {
-  View* view = viewNamed(viewName);
-  if (!view) return;
-  view->surface8()->copyPaletteFrom(picture);
-  copyStrip(picture, *view->surface8(), top, height, KeyNone);
-  view->flush(nullptr, 0);
+void showFaceOn(const char* viewName, const QVVSurface& face) {
+  showStrip(viewName, face, 0, NormalHeight);
 }
 
 void prepareStrip(const char* viewName, const QVVSurface& picture, int32_t top, int32_t height,
@@ -131,14 +123,14 @@ void enterDrama(const FrameSurfaces& surfaces) {
 
 /// The registers of the presentation: drama is heard, and nothing in it is passed over.
 void setPresentation(bool drama) {
-  theScenario->SysReg(DramaMode) = drama ? 1 : 0;
+  SysReg(DramaMode) = drama ? 1 : 0;
   if (!drama) return;
   for (int32_t number = SpeakerVoiceFirst; number <= OtherVoiceEnabled; ++number)
-    theScenario->SysReg(number) = AllVoicesOn;
+    SysReg(number) = SwitchedOn;
   for (const int32_t number : {EffectsEnabled, SoundEffectsEnabled, VoiceEnabled})
-    theScenario->SysReg(number) = AllVoicesOn;
-  theScenario->SysReg(SkipMode) = 0;
-  theScenario->Reg(PendingCodeRegister) = 0;
+    SysReg(number) = SwitchedOn;
+  SysReg(SkipMode) = 0;
+  Reg(PendingCodeRegister) = 0;
 }
 
 /// The face of the new presentation with the line that stands.
@@ -151,14 +143,18 @@ void showOtherFace(const FrameSurfaces& surfaces) {
   areas.place(inDrama());
   areas.saveBackground();
   reprint();
-  showOn(inDrama() ? DramaView : NormalView, *surfaces.face);
+  showFaceOn(inDrama() ? DramaView : NormalView, *surfaces.face);
 }
 
 }  // namespace
 
+bool inDrama() {
+  return SysReg(DramaMode) != 0;
+}
+
 void HideMessageWindow() {
   if (!theScenario) return;
-  theScenario->Reg(MessageHiddenRegister) = 1;
+  Reg(MessageHiddenRegister) = 1;
   theScenario->ShowWindow(DramaView, 0);
   theScenario->ShowWindow(NormalView, 0);
 }
@@ -171,7 +167,7 @@ void showPresentView(bool visible) {
 
 void ShowMessageWindow() {
   if (!theScenario) return;
-  theScenario->Reg(MessageHiddenRegister) = 0;
+  Reg(MessageHiddenRegister) = 0;
   showPresentView(true);
 }
 
@@ -185,7 +181,7 @@ void ToggleDramaMode() {
   setPresentation(!inDrama());
   const FrameSurfaces surfaces;
   if (surfaces.complete()) showOtherFace(surfaces);
-  if (theScenario->Reg(MessageHiddenRegister) == 0) {
+  if (Reg(MessageHiddenRegister) == 0) {
     MessageWindowHiddenFlag = 0;
     ShowMessageWindow();
   }
@@ -208,12 +204,12 @@ void RebuildMessageWindow() {
   const scobjPalette plain = plainColours(*picture);
   scobjPalette tinted = plain;
   if (View* view = viewNamed(NormalView)) setAllColours(*view->surface8(), plain);
-  tintFrame(tinted, theScenario->SysReg(WindowColour), pictureIsDark());
+  tintFrame(tinted, SysReg(WindowColour), pictureIsDark());
   paintEmptyFrame(surfaces, tinted, false);
   showFace(surfaces, plain);
   reprint();
-  showOn(DramaView, *surfaces.face);
-  showOn(NormalView, *surfaces.face);
+  showFaceOn(DramaView, *surfaces.face);
+  showFaceOn(NormalView, *surfaces.face);
 }
 
 void buildMessageFrame() {
@@ -225,9 +221,9 @@ void buildMessageFrame() {
   prepareStrip(DramaView, *surfaces.picture, DramaTop, DramaHeight, plain);
   copyStrip(*surfaces.picture, *surfaces.empty, NormalTop, NormalHeight, TextKey);
   scobjPalette tinted = plain;
-  tintFrame(tinted, theScenario->SysReg(WindowColour), pictureIsDark());
+  tintFrame(tinted, SysReg(WindowColour), pictureIsDark());
   SkipPoll();
-  paintEmptyFrame(surfaces, tinted, theScenario->SysReg(SkipMode) != 0);
+  paintEmptyFrame(surfaces, tinted, SysReg(SkipMode) != 0);
   showFace(surfaces, plain);
 }
 
@@ -235,9 +231,9 @@ void coverMessageWindow() {
   const FrameSurfaces surfaces;
   if (!surfaces.picture) return;
   if (inDrama())
-    showStripOn(DramaView, *surfaces.picture, DramaTop, DramaHeight);
+    showStrip(DramaView, *surfaces.picture, DramaTop, DramaHeight);
   else
-    showStripOn(NormalView, *surfaces.picture, NormalTop, NormalHeight);
+    showStrip(NormalView, *surfaces.picture, NormalTop, NormalHeight);
 }
 
 void RestoreFrameCorner() {
@@ -245,6 +241,12 @@ void RestoreFrameCorner() {
   const FrameSurfaces surfaces;
   if (surfaces.art && surfaces.face) drawCorner(*surfaces.art, CornerX, *surfaces.face);
   if (FrameButtons* buttons = frameButtons()) buttons->enableQuick();
+}
+
+void RestoreButtonStrip() {
+  if (!theScenario || inDrama()) return;
+  RestoreFrameCorner();
+  if (FrameButtons* buttons = frameButtons()) buttons->redrawNormal();
 }
 
 void showSkipCorner() {

@@ -11,7 +11,8 @@ namespace qv {
 inline constexpr const char* PendantWindow = "system.cut.win";
 
 /// What waits when the pendant is to be shown: values of WaitKindRegister.
-inline constexpr int32_t WaitKindNone = 0, WaitKindFirst = 1, WaitKindLast = 4;
+inline constexpr int32_t WaitKindNone = 0, WaitKindFirst = 1, WaitKindClick = 4,
+                         WaitKindLast = WaitKindClick;
 /// PendantSuppressRegister: the configuration screen runs, and the pendant stays away.
 inline constexpr int32_t PendantSuppressed = 1;
 

@@ -10,18 +10,24 @@
 #include "input/click_map.h"
 #include "input/system_button.h"
 #include "message/commands.h"
+#include "message/frame_buttons.h"
 #include "message/message_strip.h"
 #include "message/message_window.h"
 #include "message/pendant.h"
 #include "message/resume_flag.h"
 #include "message/selection_plates.h"
 #include "message/skip_poll.h"
+#include "message/standing_names.h"
 #include "message/system_screens.h"
 #include "message/text_areas.h"
+#include "message/wait_codes.h"
+#include "platform/display/display.h"
 #include "platform/display/key_codes.h"
 #include "platform/services.h"
 #include "platform/text/shift_jis.h"
+#include "scenario/commands.h"
 #include "scenario/handles.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -29,18 +35,11 @@ namespace qv {
 
 namespace {
 
-enum Result : int32_t { Loaded = -13, ToTitle = -10, TitleFromSelection = -5, ToEnd = 255 };
-constexpr std::array Endings{1, 2, 3, int32_t{Loaded}, int32_t{ToTitle}, int32_t{ToEnd}};
+constexpr int32_t TitleFromSelection = -5;
+constexpr std::array Endings{1, 2, 3, WaitLoaded, WaitToTitle, WaitToEnd};
 
-constexpr const char *SelectionMap = "clmsel01", *PendantMap = "systemButton.click",
-                     *PictureView = "cg.view";
-constexpr int32_t NeutralRegion = 0, AdvanceRegion = 10, QuickSaveRegion = 4, PendantRegion = 5,
-                  QuickLoadRegion = 7;
-constexpr int32_t Width = 640, Height = 480;
-constexpr int32_t WithKeys = 1, WithNudge = 1, WithoutNudge = 0, NoLimit = 0;
+constexpr int32_t NoLimit = 0;
 constexpr uint32_t MapTickMillis = 50, LineTickMillis = 20;
-constexpr int32_t FlashTenths = 3, WithoutWait = 0;
-constexpr int32_t LeftButtonKey = 1;
 
 // Where the keys put the pointer, in the picture's view.
 constexpr int32_t PointerX = 50, RowStep = 110, FirstRowOfThree = 146, FirstRowOfTwo = 202;
@@ -51,16 +50,6 @@ struct ButtonPlace {
 };
 constexpr ButtonPlace SaveButton{514, 12, "dat\\SButton1.mcg"},
     LoadButton{514, 43, "dat\\SButton2.mcg"};
-
-int32_t& reg(int32_t number) {
-  return theScenario->Reg(number);
-}
-int32_t& system(int32_t number) {
-  return theScenario->SysReg(number);
-}
-bool isEnding(int32_t result) {
-  return std::ranges::find(Endings, result) != Endings.end();
-}
 
 class Selection {
  public:
@@ -80,11 +69,12 @@ class Selection {
   }
   void setUp();
   void end();
-  void neutral(int32_t nudge = WithoutNudge);
+  void neutral();
   void dispatch(int32_t code);
 
   void toggle();
   void bringBack();
+  void bringPlatesBack();
   void clickBeside();
   void take();
   void quickSave();
@@ -111,7 +101,7 @@ class Selection {
 void Selection::setUp() {
   lightPendant(false);
   HideMessageWindow();
-  reg(WaitKindRegister) = count_;
+  Reg(WaitKindRegister) = count_;
   markPlate(plates_, colours_, 0);
   showPlates(plates_, true);
   theScenario->DisconnectObjects(WholeScreenMap, PendantMap);
@@ -120,30 +110,30 @@ void Selection::setUp() {
   View* first = viewNamed(plates_.front().view);
   for (const auto& [button, place] : {std::pair{&save_, &SaveButton}, {&load_, &LoadButton}})
     button->place(first, place->x, place->y, place->file, KeyTopLeft, 1, 0, 0);
-  if (system(SkipMode) != 0) {
+  if (SysReg(SkipMode) != 0) {
     RestoreFrameCorner();
-    system(SkipMode) = 0;
-    reg(PendingCodeRegister) = 0;
+    SysReg(SkipMode) = 0;
+    Reg(PendingCodeRegister) = 0;
   }
   MessageWindowHiddenFlag = 0;
-  reg(SelectionBookkeepingRegister) = told_;
+  Reg(SelectionBookkeepingRegister) = told_;
   theScenario->SetClickTick(SelectionMap, MapTickMillis);
   theScenario->RequestHover(SelectionMap, WithoutNudge);
 }
 
 /// The rest of the screen answers as no region from now on.
-void Selection::neutral(int32_t nudge) {
-  theScenario->AddClickRect(WholeScreenMap, 0, 0, Width, Height, NeutralRegion);
+void Selection::neutral() {
+  theScenario->AddClickRect(WholeScreenMap, 0, 0, ScreenWidth, ScreenHeight, NeutralRegion);
   theScenario->ConnectObjects(SelectionMap, WholeScreenMap);
-  theScenario->RequestHover(SelectionMap, nudge);
+  theScenario->RequestHover(SelectionMap, WithoutNudge);
 }
 
 int32_t Selection::run() {
   setUp();
-  while (!isEnding(result_) && theScenario->host()) {
+  while (!isOneOf(Endings, result_) && theScenario->host()) {
     const int32_t code = theScenario->ClickWait(SelectionMap, NoLimit, WithKeys);
     restWithoutMap(SelectionMap, MapTickMillis);
-    if (reg(SavedStateRegister) != 0 && DataLoadedFlag != 0) {
+    if (Reg(SavedStateRegister) != 0 && DataLoadedFlag != 0) {
       theScenario->RequestHover(SelectionMap, WithoutNudge);
       DataLoadedFlag = 0;
     }
@@ -157,16 +147,16 @@ int32_t Selection::run() {
 
 void Selection::end() {
   showPlates(plates_, false);
-  if (result_ == ToTitle) result_ = TitleFromSelection;
-  reg(SavedStateRegister) = 0;
+  if (result_ == WaitToTitle) result_ = TitleFromSelection;
+  Reg(SavedStateRegister) = 0;
   MessageWindowHiddenFlag = 0;
   theScenario->DisconnectObjects(SelectionMap, WholeScreenMap);
   theScenario->DisconnectObjects(SelectionMap, PendantMap);
-  theScenario->AddClickRect(WholeScreenMap, 0, 0, Width, Height, AdvanceRegion);
+  theScenario->AddClickRect(WholeScreenMap, 0, 0, ScreenWidth, ScreenHeight, AdvanceRegion);
   theScenario->ConnectObjects(WholeScreenMap, PendantMap);
-  reg(SelectionBookkeepingRegister) = 0;
-  reg(WaitKindRegister) = 0;
-  if (system(SkipMode) != 0) {
+  Reg(SelectionBookkeepingRegister) = 0;
+  Reg(WaitKindRegister) = 0;
+  if (SysReg(SkipMode) != 0) {
     theScenario->SetClickTick(WholeScreenMap, LineTickMillis);
     showSkipCorner();
   }
@@ -217,6 +207,13 @@ void Selection::bringBack() {
   showPlates(plates_, true);
 }
 
+/// In the other order, in which the pendant does not come: the window counts as hidden until then.
+void Selection::bringPlatesBack() {
+  ShowPendant();
+  showPlates(plates_, true);
+  MessageWindowHiddenFlag = 0;
+}
+
 void Selection::toggle() {
   if (MessageWindowHiddenFlag != 0) {
     bringBack();
@@ -239,7 +236,7 @@ void Selection::clickBeside() {
 /// The region of the click is not asked: what counts is the plate that the player sees marked.
 void Selection::take() {
   if (MessageWindowHiddenFlag != 0) {
-    bringBack();
+    bringPlatesBack();
     return;
   }
   result_ = choice_;
@@ -247,45 +244,45 @@ void Selection::take() {
 }
 
 void Selection::quickSave() {
-  save_.flash(FlashTenths, WithoutWait);
+  flashHit(save_);
   if (systemScreens()) systemScreens()->quickSave();
   theScenario->RequestHover(SelectionMap, WithoutNudge);
 }
 
 void Selection::quickLoad() {
-  load_.flash(FlashTenths, WithoutWait);
-  if (systemScreens() && systemScreens()->quickLoad()) result_ = Loaded;
+  flashHit(load_);
+  if (systemScreens() && systemScreens()->quickLoad()) result_ = WaitLoaded;
   theScenario->RequestHover(SelectionMap, WithNudge);
 }
 
 void Selection::configure() {
   showPlates(plates_, false);
   if (systemScreens()) result_ = systemScreens()->configuration();
-  const bool leaves = result_ == Loaded || result_ == ToTitle || result_ == ToEnd;
+  const bool leaves = result_ == WaitLoaded || result_ == WaitToTitle || result_ == WaitToEnd;
   if (!leaves && MessageWindowHiddenFlag == 0) showPlates(plates_, true);
-  reg(HoverRegister) = 0;
+  Reg(HoverRegister) = 0;
   neutral();
 }
 
 void Selection::toggleSkip() {
   SystemScreens* screens = systemScreens();
   if (!screens) return;
-  if (system(SkipMode) != 0) {
+  if (SysReg(SkipMode) != 0) {
     if (screens->confirm(sjis("テキストスキップを解除します").c_str())) {
-      system(SkipMode) = 0;
-      reg(PendingCodeRegister) = 0;
+      SysReg(SkipMode) = 0;
+      Reg(PendingCodeRegister) = 0;
     }
-  } else if (system(DramaMode) == 0) {
-    if (screens->confirm(sjis("テキストスキップを実行します").c_str())) system(SkipMode) = 1;
+  } else if (SysReg(DramaMode) == 0) {
+    if (screens->confirm(sjis("テキストスキップを実行します").c_str())) SysReg(SkipMode) = 1;
   } else {
-    screens->notice(sjis("ドラマチックモード実行中は\nテキストスキップできません。").c_str());
+    screens->notice(noSkipInDrama().c_str());
   }
   neutral();
 }
 
 void Selection::toggleDrama() {
   const char* question =
-      system(DramaMode) != 0 ? "ドラマチックモードを解除します" : "ドラマチックモードを実行します";
+      SysReg(DramaMode) != 0 ? "ドラマチックモードを解除します" : "ドラマチックモードを実行します";
   if (systemScreens() && systemScreens()->confirm(sjis(question).c_str())) ToggleDramaMode();
   neutral();
 }

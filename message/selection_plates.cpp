@@ -1,7 +1,9 @@
 #include "message/selection_plates.h"
 
 #include "graphics/scene/picture_drawing.h"
+#include "message/standing_names.h"
 #include "message/text_areas.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -9,19 +11,18 @@ namespace qv {
 
 namespace {
 
-constexpr const char *PictureView = "cg.view", *PictureSurface = "cg.surf",
-                     *FrameSurface = "mfrm.surf";
+constexpr const char* FrameSurface = "mfrm.surf";
 constexpr int32_t FirstRaised = 10, LastRaised = 246, RaiseAmount = 100;
 // The system's colours at both ends of the table, which text and art keep.
 constexpr int32_t LowSystemCount = 10, FirstHighSystem = 246, HighSystemCount = 10;
 
 constexpr PlateForm ThreePlates[] = {
-    {"select01.view", "sel01.surf", "clmsel01", "select01.Title.Aria", 40, 55, 565, 122},
+    {"select01.view", "sel01.surf", SelectionMap, "select01.Title.Aria", 40, 55, 565, 122},
     {"select02.view", "sel02.surf", "clmsel02", "select02.Title.Aria", 40, 177, 565, 111},
     {"select03.view", "sel03.surf", "clmsel03", "select03.Title.Aria", 40, 288, 565, 111},
 };
 constexpr PlateForm TwoPlates[] = {
-    {"select21.view", "sel01.surf", "clmsel01", "select01.Title.Aria", 40, 111, 565, 122},
+    {"select21.view", "sel01.surf", SelectionMap, "select01.Title.Aria", 40, 111, 565, 122},
     {"select22.view", "sel03.surf", "clmsel02", "select02.Title.Aria", 40, 233, 565, 111},
 };
 

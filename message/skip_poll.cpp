@@ -1,9 +1,9 @@
 #include "message/skip_poll.h"
 
-#include <algorithm>
 #include <array>
 
 #include "input/click_map.h"
+#include "message/wait_codes.h"
 #include "platform/display/key_codes.h"
 #include "scenario/click_map_objects.h"
 #include "scenario/register_numbers.h"
@@ -12,8 +12,6 @@
 namespace qv {
 
 namespace {
-
-constexpr int32_t PendantRegion = 5, LeftButtonKey = 1, RightButtonKey = 2;
 
 constexpr std::array KeptCodes{ClickCancel,
                                PendantRegion,
@@ -25,7 +23,7 @@ constexpr std::array KeptCodes{ClickCancel,
 
 bool stopsSkip(int32_t code) {
   const bool functionKey = code >= FirstKeyResult + KeyF1 && code <= FirstKeyResult + KeyF1 + 6;
-  return functionKey || std::ranges::find(KeptCodes, code) != KeptCodes.end();
+  return functionKey || isOneOf(KeptCodes, code);
 }
 
 }  // namespace
@@ -37,7 +35,6 @@ void restWithoutMap(const char* name, uint32_t millis) {
 }
 
 int32_t pollWholeScreen(uint32_t millis) {
-  constexpr int32_t WithKeys = 1;
   const int32_t code = theScenario->ClickTickWait(WholeScreenMap, millis, WithKeys);
   restWithoutMap(WholeScreenMap, millis);
   return code;
@@ -46,7 +43,6 @@ int32_t pollWholeScreen(uint32_t millis) {
 void SkipPoll() {
   if (!theScenario || theScenario->SysReg(SkipMode) == 0) return;
   if (theScenario->Reg(PendingCodeRegister) != 0) return;
-  if (!findClickMap(*theScenario, WholeScreenMap)) return;
   const int32_t code = pollWholeScreen(SkipPollMillis);
   if (stopsSkip(code)) theScenario->Reg(PendingCodeRegister) = code;
 }

@@ -5,15 +5,15 @@
 
 #include <cstdint>
 
+#include "message/standing_names.h"
+
 namespace qv {
 
-/// The map over the whole screen, on which the waits of messages sleep.
-inline constexpr const char* WholeScreenMap = "clmall";
 inline constexpr uint32_t SkipPollMillis = 70;
 
 void SkipPoll();
 
-/// One poll of that map with keys, as ClickTickWait gives it. Raises on abort.
+/// One poll of the whole screen with keys, as ClickTickWait gives it. Raises on abort.
 int32_t pollWholeScreen(uint32_t millis);
 /// Where a wait's map is gone, which the player was told, its loop rests instead of spinning.
 /// Raises on abort.

@@ -1,5 +1,7 @@
 #include "message/system_screens.h"
 
+#include "platform/text/shift_jis.h"
+
 namespace qv {
 
 namespace {
@@ -7,6 +9,10 @@ namespace {
 SystemScreens* current = nullptr;
 
 }  // namespace
+
+std::string noSkipInDrama() {
+  return sjis("ドラマチックモード実行中は\nテキストスキップできません。");
+}
 
 SystemScreens* systemScreens() {
   return current;

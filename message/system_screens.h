@@ -5,6 +5,7 @@
 /// of them raise on abort.
 
 #include <cstdint>
+#include <string>
 
 namespace qv {
 
@@ -21,6 +22,9 @@ class SystemScreens {
   virtual bool confirm(const char* text) = 0;  ///< Shift-JIS, with line feeds
   virtual void notice(const char* text) = 0;
 };
+
+/// What a player reads who asks for skip in drama mode.
+std::string noSkipInDrama();
 
 /// Null where there are none: such keys do nothing then.
 SystemScreens* systemScreens();

@@ -13,8 +13,4 @@ void ShowSystemWindow() {
   ShowPendant();
 }
 
-void RestorePendant() {
-  ShowPendant();
-}
-
 }  // namespace qv

@@ -71,7 +71,11 @@ inline constexpr int32_t WindowColour = 64;       ///< tint of the message frame
 inline constexpr int32_t SlotInfo = 70, SlotInfoStride = 3;  ///< chapter, month, day of each slot
 inline constexpr int32_t QuickSlotInfo = 100, AutoSlotInfo = 109;
 inline constexpr int32_t DemonstrationActive = 150, EndingBookkeeping = 151;
-inline constexpr int32_t ViewPositionFirst = 200, ViewPositionLast = 213;  ///< pairs x, y
+// Where boxes and the pendant were left, as pairs x, y.
+inline constexpr int32_t SaveBoxX = 200, SaveBoxY = 201, LoadBoxX = 202, LoadBoxY = 203,
+                         QuickLoadBoxX = 204, QuickLoadBoxY = 205, QuestionBoxX = 206,
+                         QuestionBoxY = 207, NoticeBoxX = 208, NoticeBoxY = 209, PopupBoxX = 210,
+                         PopupBoxY = 211;
 inline constexpr int32_t CutWindowX = 212, CutWindowY = 213;
 inline constexpr int32_t FirstRunDone = 250;  ///< 0 on the very first start alone
 inline constexpr int32_t MidiDeviceKind = 252;

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "foundation/diagnostic.h"
+#include "scenario/picture_names.h"
 #include "scenario/resume.h"
 #include "scenario/timekeeper.h"
 
@@ -33,7 +34,7 @@ SceneFunction fadeToTitle() {
 StandingHandles::StandingHandles()
     : name("name.Area"),
       message("message.Area"),
-      picture("cg.view"),
+      picture(PictureView),
       select01Title("select01.Title.Aria"),
       select01Mess("select01.Mess.Aria"),
       select02Title("select02.Title.Aria"),

@@ -40,9 +40,10 @@ std::optional<int32_t> standingRegisterOf(const char* name) {
   return AffectionFirstRegister + static_cast<int32_t>(found - names.begin());
 }
 
-int32_t gemCellX(Leader leader, int32_t difference) {
+int32_t gemCellX(Leader leader, int64_t difference) {
+  const int32_t within = static_cast<int32_t>(std::clamp<int64_t>(difference, 0, LastBandFrom));
   const int32_t band =
-      difference >= LastBandFrom ? LastBand : std::clamp(difference / BandWidth, 0, LastBand - 1);
+      within == LastBandFrom ? LastBand : std::min(within / BandWidth, LastBand - 1);
   return NeutralGemX + (leader == Leader::Second ? -band : band) * CellWidth;
 }
 

@@ -16,7 +16,8 @@ std::optional<int32_t> standingRegisterOf(const char* name);
 
 /// Who leads, for the pendant's gem.
 enum class Leader { Neither, First, Second };
-/// The gem's cell by who leads and by how much.
-int32_t gemCellX(Leader leader, int32_t difference);
+/// The gem's cell by who leads and by how much; registers may lie further apart than one could
+/// hold.
+int32_t gemCellX(Leader leader, int64_t difference);
 
 }  // namespace qv

@@ -9,12 +9,15 @@
 #include "graphics/dib.h"
 #include "graphics/scene/picture_drawing.h"
 #include "input/animated_control.h"
-#include "message/skip_poll.h"
+#include "message/standing_names.h"
 #include "message/text_areas.h"
+#include "message/wait_codes.h"
 #include "platform/display/display.h"
 #include "platform/display/key_codes.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/handles.h"
+#include "scenario/picture_names.h"
+#include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 #include "screens/picture_button.h"
 
@@ -22,13 +25,12 @@ namespace qv {
 
 namespace {
 
-constexpr const char *BoxWindow = "chk.Window", *BoxArea = "chkMess.Aria", *PictureView = "cg.view",
+constexpr const char *BoxWindow = "chk.Window", *BoxArea = "chkMess.Aria",
                      *BoxPicture = "dat\\YesNo.mcg";
 constexpr int32_t BoxWidth = 306, BoxHeight = 98;
 constexpr int32_t YesId = 2, NoId = 3, OkId = 2;
-constexpr int32_t UseKeys = 1, WithKeys = 1, WriteThrough = 1;
+constexpr int32_t UseKeys = 1, WriteThrough = 1;
 constexpr int32_t NoticeTenths = 50;
-constexpr int32_t RightButtonKey = 2;
 
 struct ButtonForm {
   const char* file;
@@ -42,9 +44,9 @@ struct BoxForm {
   int32_t xRegister, yRegister;  ///< where it stood last
   std::span<const ButtonForm> buttons;
 };
-constexpr BoxForm Question{206, 207, QuestionButtons};
-constexpr BoxForm Notice{208, 209, NoticeButtons};
-constexpr BoxForm Popup{210, 211, {}};
+constexpr BoxForm Question{QuestionBoxX, QuestionBoxY, QuestionButtons};
+constexpr BoxForm Notice{NoticeBoxX, NoticeBoxY, NoticeButtons};
+constexpr BoxForm Popup{PopupBoxX, PopupBoxY, {}};
 
 /// Turns the box's points into the screen's.
 class BoxPlace : public ControlWindow {
@@ -129,9 +131,10 @@ Box::Box(const BoxForm& form, const char* text)
       place_(window_.client().view()) {
   if (!view() || !theScenario->host()) return;
   paint(*view());
+  addButtons(*view());
   print(text);
   show();
-  addButtons(*view());
+  screen_.join(control_.clickMap());
 }
 
 void Box::paint(View& view) {
@@ -171,7 +174,6 @@ void Box::addButtons(View& view) {
     control_.addItem(button.id, &made, button.x, button.y);
   }
   control_.attachControl(view, 0, 0);
-  screen_.join(control_.clickMap());
 }
 
 int32_t Box::waitForButton() {

@@ -109,7 +109,7 @@ void PictureRunFirst() {
   TitleCommand("KEV60219");
 }
 
-// Until there is a ring to turn, the place at its front is taken.
+// Until there is a ring to turn, the group's first place is taken, and no group remembers it.
 int32_t LocationRing(const char*, const char*, const char*, const char*, const char*, const char*,
                      const char*, const char*) {
   if (!theScenario) return 0;
@@ -121,6 +121,8 @@ int32_t LocationRing(const char*, const char*, const char*, const char*, const c
 void AutoSave(const char* word) {
   if (!theScenario || !word || std::string_view(word) != "SAVE") return;
   Reg(SaveActionRegister) = AutomaticSave;
+  noteHiddenWindow();
+  BgCommand("BLACK");
   for (int32_t part = 0; part < DayParts; ++part)
     SetSysReg(AutoSlotInfo + part, Reg(ChapterRegister + part), 1);
   Reg(SavedStateRegister) = 1;

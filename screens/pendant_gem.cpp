@@ -22,7 +22,7 @@ struct NeutralCell {
 };
 constexpr NeutralCell Neutral{190, 19, 26, 22, 9};
 
-void setGem(const char* pendant, const char* gems, Leader leader, int32_t difference) {
+void setGem(const char* pendant, const char* gems, Leader leader, int64_t difference) {
   QVVSurface* target = surfaceNamed(pendant);
   const QVVSurface* source = surfaceNamed(gems);
   if (!target || !source) return;
@@ -41,12 +41,12 @@ void show(const char* picture) {
 
 void UpdatePendant() {
   if (!theScenario) return;
-  const int32_t first = Reg(AffectionFirstRegister), second = Reg(AffectionFirstRegister + 1);
+  const int64_t first = Reg(AffectionFirstRegister), second = Reg(AffectionFirstRegister + 1);
   // A tie is nobody's, before any question of who leads.
   const Leader leader = first == second  ? Leader::Neither
                         : first > second ? Leader::First
                                          : Leader::Second;
-  const int32_t difference = first > second ? first - second : second - first;
+  const int64_t difference = first > second ? first - second : second - first;
   setGem(Pendant, Gems, leader, difference);
   setGem(LitPendant, LitGems, leader, difference);
   show(LitPendant);

@@ -7,6 +7,7 @@
 #include "graphics/scene/picture_tables.h"
 #include "message/message_window.h"
 #include "message/skip_poll.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -16,11 +17,10 @@ namespace {
 
 constexpr int32_t ReducedFadeSteps = 4, GreyBlack = 0, GreyWhite = 255, DoNotKeep = 0;
 constexpr int32_t EffectPaletteFade = 9;
-constexpr const char* PictureView = "cg.view";
 
 // The second girl of this pair lies in the first one's picture, which stands in the first slot.
 constexpr const char* PairPicture = "KUS110";
-constexpr int32_t PairSlot = 1;
+constexpr int32_t PairSlot = 1, PairSpeaker = 13;
 constexpr MouthRow PairSecondMouth{14, 2, "Kus110_b", 196, 193, 85};
 
 void setName(int32_t number, const char* name) {
@@ -69,17 +69,28 @@ void placeGroup(const char* picture) {
   if (const PictureRow* row = findPictureRow(picture)) placeMouths(*row);
 }
 
-void placeFigure(const SpriteRow& row, int32_t slot) {
-  if (!row.mouth) {
-    slot = PlaceSprite(row.speaker, slot, spriteFile(row).c_str(), row.x, row.y);
-    SetSlotSpeaker(row.speaker, slot);
+void placeOne(const SpriteRow& row, int32_t slot) {
+  if (row.mouth) {
+    PlaceSpriteBottom(row, slot);
     return;
   }
-  const bool pair = std::strcmp(row.name, PairPicture) == 0;
-  PlaceSpriteBottom(row, pair ? PairSlot : slot);
-  if (pair)
-    PlaceMouth(PairSecondMouth.speaker, PairSecondMouth.slot, PairSecondMouth.file,
-               PairSecondMouth.x, PairSecondMouth.y, PairSecondMouth.key);
+  slot = PlaceSprite(row.speaker, slot, spriteFile(row).c_str(), row.x, row.y);
+  SetSlotSpeaker(row.speaker, slot);
+}
+
+/// Who the two are does not depend on the story's row.
+void placePair(SpriteRow row) {
+  row.speaker = PairSpeaker;
+  placeOne(row, PairSlot);
+  PlaceMouth(PairSecondMouth.speaker, PairSecondMouth.slot, PairSecondMouth.file, PairSecondMouth.x,
+             PairSecondMouth.y, PairSecondMouth.key);
+}
+
+void placeFigure(const SpriteRow& row, int32_t slot) {
+  if (std::strcmp(row.name, PairPicture) == 0)
+    placePair(row);
+  else
+    placeOne(row, slot);
 }
 
 void clearFigures(int32_t slot) {

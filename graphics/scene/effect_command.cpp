@@ -12,6 +12,7 @@
 #include "message/skip_poll.h"
 #include "platform/kernel/kernel.h"
 #include "scenario/handles.h"
+#include "scenario/picture_names.h"
 #include "scenario/register_numbers.h"
 #include "scenario/scenario.h"
 
@@ -19,7 +20,6 @@ namespace qv {
 
 namespace {
 
-constexpr const char *PictureView = "cg.view", *PictureSurface = "cg.surf";
 constexpr int32_t EffectCut = 1, EffectFromBlack = 9;
 constexpr int32_t FlashWhite = 200, FlashBlack = 201, FlashGrey = 202;
 constexpr uint32_t FlashMillis = 100;

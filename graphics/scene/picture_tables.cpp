@@ -109,40 +109,11 @@ constexpr SpriteRow CommonSprites[] = {
     {"KUC120a", 16, -97, 26, nullptr, "Kuc120aa", 80, 96, 75},
 };
 
-// Events whose mouths are the same in every story.
-constexpr PictureRow CommonPictures[] = {
-    {"KEV001", nullptr, 1, {{1, 1, "KEV001_a", 304, 224, MouthWithoutKey}}},
-    {"KEV003B",
-     nullptr,
-     2,
-     {{1, 1, "KEV003Ba", 432, 208, MouthWithoutKey}, {2, 2, "KEV003Bb", 96, 256, MouthWithoutKey}}},
-    {"KEV007", nullptr, 1, {{1, 0, nullptr, 0, 0, MouthWithoutKey}}},
-    {"KEV925A", nullptr, 1, {{2, 1, "KEV925aa", 160, 128, MouthWithoutKey}}},
-};
-
-// Events of which a story may tell more, the strips of their mouths or another picture.
-constexpr PictureRow OpenPictures[] = {
-    {"KEV205",
-     nullptr,
-     4,
-     {{2, 1, nullptr, 0, 0, MouthWithoutKey},
-      {17, 2, nullptr, 0, 0, MouthWithoutKey},
-      {18, 3, nullptr, 0, 0, MouthWithoutKey},
-      {19, 4, nullptr, 0, 0, MouthWithoutKey}}},
-    {"KEV230B", "KEV230", 0, {}},
-};
-
 constexpr std::array GroupShots{"KUS091", "KUC201"};
 
 // The standing figures of these numbers are drawn as their sisters, "KDS" in place of "KUS".
 constexpr std::string_view FirstSister = "KUS011", LastSister = "KUS059";
 constexpr size_t FamilyLetters = 3, NumberEnd = 6;
-
-template <class Row>
-const Row* findRow(std::span<const Row> rows, std::string_view name) {
-  const auto found = std::ranges::find_if(rows, [&](const Row& row) { return name == row.name; });
-  return found == rows.end() ? nullptr : &*found;
-}
 
 }  // namespace
 
@@ -160,18 +131,13 @@ std::span<const NamedFlag> spriteNames() {
 }
 
 const NamedFlag* findName(std::span<const NamedFlag> names, std::string_view name) {
-  return findRow(names, name);
+  const auto found =
+      std::ranges::find_if(names, [&](const NamedFlag& row) { return name == row.name; });
+  return found == names.end() ? nullptr : &*found;
 }
 
-const PictureRow* findPictureRow(std::string_view name) {
-  if (const PictureRow* own = findRow<PictureRow>(CommonPictures, name)) return own;
-  if (const PictureRow* told = findRow(storyTables().pictures, name)) return told;
-  return findRow<PictureRow>(OpenPictures, name);
-}
-
-const SpriteRow* findSpriteRow(std::string_view name) {
-  const SpriteRow* own = findRow<SpriteRow>(CommonSprites, name);
-  return own ? own : findRow(storyTables().sprites, name);
+std::span<const SpriteRow> commonSprites() {
+  return CommonSprites;
 }
 
 std::string spriteFile(const SpriteRow& row) {
@@ -180,6 +146,10 @@ std::string spriteFile(const SpriteRow& row) {
   if (name.starts_with("KUS") && name >= FirstSister && name.compare(0, NumberEnd, LastSister) <= 0)
     name.replace(0, FamilyLetters, "KDS");
   return name;
+}
+
+std::span<const char* const> groupShots() {
+  return GroupShots;
 }
 
 bool isGroupShot(std::string_view name) {

@@ -2,7 +2,8 @@
 
 /// The names by which scenes call pictures, with the gallery flag of each: one table a command. The
 /// rows of figures that are the same in every story stand here whole; of the others the story gives
-/// place and mouth (scenario/story_tables.h).
+/// place and mouth (scenario/story_tables.h). The scene compiler looks names up here too: the
+/// tables need nothing of the running engine; what does is in picture_rows.cpp.
 
 #include <cstdint>
 #include <optional>
@@ -30,7 +31,11 @@ std::span<const NamedFlag> spriteNames();
 /// The row of that name, or null.
 const NamedFlag* findName(std::span<const NamedFlag> names, std::string_view name);
 
-/// A picture's row: the engine's own where it has a whole one, else the story's; null for neither.
+/// Figures that stand alike in every story: whole rows, which no story can change.
+std::span<const SpriteRow> commonSprites();
+
+/// A row in the running story: the engine's own where it has a whole one, else the story's; null
+/// for neither. Scenario thread.
 const PictureRow* findPictureRow(std::string_view name);
 const SpriteRow* findSpriteRow(std::string_view name);
 
@@ -40,6 +45,7 @@ std::string spriteFile(const SpriteRow& row);
 
 /// Group shots: the picture alone, with speakers who stand in it.
 bool isGroupShot(std::string_view name);
+std::span<const char* const> groupShots();
 
 /// The families of variants: which names they take, what they show, the key of their mouths.
 struct SpriteFamily {

@@ -12,19 +12,22 @@ namespace {
 constexpr int32_t On = 1, WriteThrough = 1;
 constexpr int32_t FirstWindowColour = 5, FirstDeviceKind = 1;
 
-// In this order, which is the file's history for who looks at it while it is written.
+// Each is written through to the system file before the next is set, in this fixed order.
 constexpr int32_t Switches[] = {VoiceEnabled,          SpeakerVoiceFirst,     SpeakerVoiceFirst + 1,
                                 SpeakerVoiceFirst + 2, SpeakerVoiceFirst + 3, SpeakerVoiceFirst + 4,
                                 SpeakerVoiceFirst + 5, SpeakerVoiceFirst + 6, SpeakerVoiceFirst + 7,
                                 OtherVoiceEnabled,     EffectsEnabled,        SoundEffectsEnabled};
 
-struct BoxPlace {
+struct FirstPlace {
   int32_t number, value;
 };
-// Where the boxes first open: x and y of each pair.
-constexpr BoxPlace BoxPlaces[] = {{202, 96},  {200, 96},  {203, 124}, {201, 124}, {204, 122},
-                                  {205, 172}, {210, 167}, {208, 167}, {206, 167}, {211, 191},
-                                  {209, 191}, {207, 191}, {212, 16},  {213, 16}};
+// Where the boxes first open and the pendant first stands. They wait in their registers for the
+// next setting that is written.
+constexpr FirstPlace FirstPlaces[] = {{LoadBoxX, 96},   {SaveBoxX, 96},       {LoadBoxY, 124},
+                                      {SaveBoxY, 124},  {QuickLoadBoxX, 122}, {QuickLoadBoxY, 172},
+                                      {PopupBoxX, 167}, {NoticeBoxX, 167},    {QuestionBoxX, 167},
+                                      {PopupBoxY, 191}, {NoticeBoxY, 191},    {QuestionBoxY, 191},
+                                      {CutWindowX, 16}, {CutWindowY, 16}};
 
 }  // namespace
 
@@ -37,7 +40,7 @@ void setFirstStartDefaults() {
   for (const int32_t number : Switches)
     SetSysReg(number, On, WriteThrough);
   SetSysReg(WindowColour, FirstWindowColour, WriteThrough);
-  for (const BoxPlace& place : BoxPlaces)
+  for (const FirstPlace& place : FirstPlaces)
     SysReg(place.number) = place.value;
 }
 

@@ -26,12 +26,12 @@ void finishRestore() {
   SetSysReg(QuickPanelShown, 0, 1);
   SetSysReg(SkipMode, 0, 1);
   Reg(PendingCodeRegister) = 0;
-  if (SysReg(DramaMode) == 0) RestoreFrameCorner();
+  RestoreButtonStrip();
   RestoreBgm();
   RestoreSe();
   clearBoth(RestoreClearedRegister, PendantShownRegister);
   Reg(PendantSuppressRegister) = 0;
-  RestorePendant();
+  ShowSystemWindow();
 }
 
 constexpr int32_t digitOf(char byte) {

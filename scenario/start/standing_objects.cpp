@@ -5,18 +5,21 @@
 #include "graphics/scene/picture_drawing.h"
 #include "message/area_forms.h"
 #include "message/frame_buttons.h"
+#include "message/pendant.h"
+#include "message/standing_names.h"
 #include "message/text_areas.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/handles.h"
+#include "scenario/picture_names.h"
 #include "scenario/scenario.h"
 
 namespace qv {
 
 namespace {
 
-constexpr const char *PictureView = "cg.view", *WholeMap = "clmall", *FaceSurface = "mess.surf";
+constexpr const char* FaceSurface = "mess.surf";
 constexpr int32_t Visible = 0, Hidden = WindowHidden;
-constexpr int32_t HoverOn = 1, AdvanceRegion = 10, PendantRegion = 5;
+constexpr int32_t HoverOn = 1;
 constexpr int32_t ScreenW = 640, ScreenH = 480;
 
 // --- Rows of the graph ---
@@ -56,23 +59,23 @@ void createLineArea(const AreaForm& form) {
 
 void createScreen() {
   create({PictureView, nullptr, 0, 0, ScreenW, ScreenH, Visible});
-  createSurface("cg.surf", ScreenW, ScreenH);
+  createSurface(PictureSurface, ScreenW, ScreenH);
 }
 
 void createFrame() {
-  create({"mess.view", nullptr, 0, 352, ScreenW, 127, Hidden});
-  create({"mess.Drama", nullptr, 0, 372, ScreenW, 107, Hidden});
-  createSurface(FaceSurface, ScreenW, 127);
+  create({NormalView, nullptr, 0, NormalTop, StripWidth, NormalHeight, Hidden});
+  create({DramaView, nullptr, 0, DramaTop, StripWidth, DramaHeight, Hidden});
+  createSurface(FaceSurface, StripWidth, NormalHeight);
   loadSurface("mfrmR.surf", "dat\\mframeR.mcg");
   loadSurface("mfrm.surf", "dat\\mframe.mcg");
   loadSurface("dfrm.surf", "dat\\MDButton.mcg");
-  createSurface("messTemp.surf", ScreenW, 127);
-  theScenario->SetClipShape("mess.view", "mfrmR.surf", KeyTopLeft);
+  createSurface("messTemp.surf", StripWidth, NormalHeight);
+  theScenario->SetClipShape(NormalView, "mfrmR.surf", KeyTopLeft);
 }
 
 void createBlink() {
   constexpr int32_t Cells = 8, CellWidth = 16, CellHeight = 24;
-  const ViewHandle frame("mess.view");
+  const ViewHandle frame(NormalView);
   const Rectangle place = Rectangle::at(frame.width() / 2 - CellWidth / 2,
                                         frame.height() - CellHeight, CellWidth, CellHeight);
   theScenario->CreateObject("Blink.Area", TypeAnimationArea, {&place});
@@ -89,21 +92,21 @@ void createLineAndButtons() {
 }
 
 void createScreenMap() {
-  theScenario->CreateClickMap(WholeMap, ScreenW, ScreenH, 0, HoverOn);
-  theScenario->AddClickRect(WholeMap, 0, 0, ScreenW, ScreenH, AdvanceRegion);
-  theScenario->ConnectObjects(WholeMap, PictureView);
+  theScenario->CreateClickMap(WholeScreenMap, ScreenW, ScreenH, 0, HoverOn);
+  theScenario->AddClickRect(WholeScreenMap, 0, 0, ScreenW, ScreenH, AdvanceRegion);
+  theScenario->ConnectObjects(WholeScreenMap, PictureView);
 }
 
 void createLineMaps() {
   theScenario->LoadClickMap("clmmess", "dat\\mcframe.mcg", HoverOn);
   theScenario->MoveWindow("clmmess", 0, 0);
-  theScenario->ConnectObjects("clmmess", "mess.view");
-  theScenario->ConnectObjects(WholeMap, "clmmess");
-  theScenario->CreateClickMap("clmdrama", ScreenW, 107, 0, HoverOn);
-  theScenario->AddClickRect("clmdrama", 0, 0, ScreenW, 107, AdvanceRegion);
+  theScenario->ConnectObjects("clmmess", NormalView);
+  theScenario->ConnectObjects(WholeScreenMap, "clmmess");
+  theScenario->CreateClickMap("clmdrama", StripWidth, DramaHeight, 0, HoverOn);
+  theScenario->AddClickRect("clmdrama", 0, 0, StripWidth, DramaHeight, AdvanceRegion);
   theScenario->MoveWindow("clmdrama", 0, 0);
-  theScenario->ConnectObjects("clmdrama", "mess.Drama");
-  theScenario->ConnectObjects(WholeMap, "clmdrama");
+  theScenario->ConnectObjects("clmdrama", DramaView);
+  theScenario->ConnectObjects(WholeScreenMap, "clmdrama");
 }
 
 /// A choice's map; its plate's view is connected when a selection opens.
@@ -123,11 +126,11 @@ void createSelections() {
   create({"select01.view", PictureView, 40, 55, 565, 122, Hidden});
   create({"select21.view", PictureView, 40, 111, 565, 122, Hidden});
   create(TitleAreaForms[0]);
-  createChoiceMap("clmsel01", 122, 1);
+  createChoiceMap(SelectionMap, 122, 1);
   // The picture's own regions, for the small buttons of the first plate.
   theScenario->LoadClickMap("clmsel01a", "dat\\mcsel.mcg", HoverOn);
   theScenario->MoveWindow("clmsel01a", 0, 0);
-  theScenario->StampClickMap("clmsel01", "clmsel01a", 514, 0, KeyTopLeft);
+  theScenario->StampClickMap(SelectionMap, "clmsel01a", 514, 0, KeyTopLeft);
   theScenario->SetClipShape("select01.view", "sel01R.surf", KeyTopLeft);
   theScenario->SetClipShape("select21.view", "sel01R.surf", KeyTopLeft);
   create({"select02.view", PictureView, 40, 177, 565, 111, Hidden});
@@ -140,8 +143,8 @@ void createSelections() {
   create(TitleAreaForms[2]);
   createChoiceMap("clmsel03", 111, 3);
   theScenario->SetClipShape("select03.view", "sel03R.surf", KeyTopLeft);
-  theScenario->ConnectObjects("clmsel01", "clmsel02");
-  theScenario->ConnectObjects("clmsel01", "clmsel03");
+  theScenario->ConnectObjects(SelectionMap, "clmsel02");
+  theScenario->ConnectObjects(SelectionMap, "clmsel03");
   // The second shape is the one that counts.
   theScenario->SetClipShape("select03.view", "sel02R.surf", KeyTopLeft);
 }
@@ -186,13 +189,12 @@ void createPendant() {
   loadSurface("sysCutPn.surf", "dat\\stone1.mcg");
   loadSurface("sysCutP2.surf", "dat\\stone2.mcg");
   const Rectangle place = Rectangle::at(0, 0, 62, 122);
-  const FrameHandle window("system.cut.win", nullptr, place, nullptr, WindowHidden);
-  theScenario->SetClipShape("system.cut.win", "sysCut.surf", KeyTopLeft);
-  theScenario->CreateClickMapOver("systemButton.click", "system.cut.winClient", PendantRegion,
-                                  HoverOn);
-  theScenario->ConnectObjects("systemButton.click", "system.cut.win");
-  theScenario->ConnectObjects(WholeMap, "systemButton.click");
-  theScenario->DrawTo("system.cut.win", "dat\\syscut.mcg", 0, 0, 0, 0, 0, 0);
+  const FrameHandle window(PendantWindow, nullptr, place, nullptr, WindowHidden);
+  theScenario->SetClipShape(PendantWindow, "sysCut.surf", KeyTopLeft);
+  theScenario->CreateClickMapOver(PendantMap, "system.cut.winClient", PendantRegion, HoverOn);
+  theScenario->ConnectObjects(PendantMap, PendantWindow);
+  theScenario->ConnectObjects(WholeScreenMap, PendantMap);
+  theScenario->DrawTo(PendantWindow, "dat\\syscut.mcg", 0, 0, 0, 0, 0, 0);
 }
 
 }  // namespace

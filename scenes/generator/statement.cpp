@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <optional>
 
+#include "scenario/register_numbers.h"
 #include "scenes/generator/condition.h"
+#include "scenes/generator/known_names.h"
 #include "scenes/generator/text.h"
 
 namespace qv::scenec {
@@ -16,7 +18,7 @@ constexpr std::string_view WideColon = "：";
 constexpr std::string_view QuoteMarks[] = {"「", "『", "（", "("};
 
 // Registers that the form of a scene keeps itself.
-constexpr int OwnRegisters[] = {6, 7, 254};
+constexpr int OwnRegisters[] = {ResumePendingRegister, StepRegister, SavedStateRegister};
 
 struct AreaName {
   const char* name;
@@ -56,6 +58,13 @@ class ArgumentReader {
       case ArgumentKind::Name:
       case ArgumentKind::Rest:
         return textOf(word);
+      case ArgumentKind::Background:
+      case ArgumentKind::Event:
+      case ArgumentKind::Title:
+      case ArgumentKind::Figure:
+      case ArgumentKind::Song:
+      case ArgumentKind::Effect:
+        return knownName(argument.kind, word);
       case ArgumentKind::Number:
       case ArgumentKind::Time:
         return numberOf(argument, word);
@@ -80,6 +89,13 @@ class ArgumentReader {
     if (!wrong.empty()) return fail(wrong);
     if (!isAscii(word)) comment_ += (comment_.empty() ? "" : ", ") + word;
     return literal(word);
+  }
+
+  std::string knownName(ArgumentKind kind, const std::string& word) {
+    const std::string text = textOf(word);
+    if (text.empty()) return {};
+    const std::string wrong = unknownName(kind, word, story_, problems_);
+    return wrong.empty() ? text : fail(wrong);
   }
 
   std::string numberOf(const Argument& argument, const std::string& word) {

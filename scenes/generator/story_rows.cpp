@@ -3,14 +3,16 @@
 #include <algorithm>
 #include <optional>
 
+#include "scenario/story_tables.h"
+#include "scenes/generator/known_names.h"
 #include "scenes/generator/text.h"
 
 namespace qv::scenec {
 
 namespace {
 
-constexpr int MostClass = 254, ScreenEdge = 2000, MostSlot = 5, MostKey = 255, KeyNone = -2,
-              MostMouths = 5;
+constexpr int MostClass = 254, ScreenEdge = 2000, MostSlot = 5, MostKey = 255,
+              KeyNone = MouthWithoutKey, MostMouths = 5;
 constexpr std::string_view TagOpens = "【", TagCloses = "】";
 constexpr std::string_view TrueNameOpens = "《", TrueNameCloses = "》";
 constexpr const char* Frame = "【　";
@@ -110,11 +112,11 @@ std::string withoutTrueName(const std::string& tag) {
   return tag.substr(0, opens) + tag.substr(closes + TrueNameCloses.size());
 }
 
-/// The class by which a figure's speaker is known; tells when the story has none such.
-std::string classOf(const std::string& speaker, const Story& story) {
+/// The class by which a figure's speaker is known; 0 for none.
+int classOf(const std::string& speaker, const Story& story) {
   const auto found = std::find_if(story.speakerData.begin(), story.speakerData.end(),
                                   [&](const SpeakerData& data) { return data.name == speaker; });
-  return std::to_string(found == story.speakerData.end() ? 0 : found->speakerClass);
+  return found == story.speakerData.end() ? SpeakerWithoutClass : found->speakerClass;
 }
 
 bool knowsSpeaker(const std::string& speaker, const Story& story, Place place, Problems& problems) {
@@ -123,6 +125,14 @@ bool knowsSpeaker(const std::string& speaker, const Story& story, Place place, P
   if (!known)
     problems.add(place, "there is no speaker \"" + speaker + "\" above; write its @speaker first.");
   return known;
+}
+
+/// A figure is known by its speaker's class; one without would stand as nobody in every free slot.
+void checkClass(const PictureData& figure, const Story& story, Problems& problems) {
+  if (classOf(figure.speaker, story) == SpeakerWithoutClass)
+    problems.add(figure.place, "the speaker \"" + figure.speaker +
+                                   "\" has no class, by which figures are known; give @speaker " +
+                                   figure.speaker + " a class of its own.");
 }
 
 std::string quotedOrNull(const std::string& text) {
@@ -149,14 +159,14 @@ std::string speakerRows(const SpeakerData& speaker) {
 }
 
 std::string mouthCode(const MouthData& mouth, const Story& story) {
-  return "{" + classOf(mouth.speaker, story) + ", " + std::to_string(mouth.slot) + ", " +
-         quotedOrNull(mouth.file) + ", " + std::to_string(mouth.x) + ", " +
+  return "{" + std::to_string(classOf(mouth.speaker, story)) + ", " + std::to_string(mouth.slot) +
+         ", " + quotedOrNull(mouth.file) + ", " + std::to_string(mouth.x) + ", " +
          std::to_string(mouth.y) + ", " + std::to_string(mouth.key) + "}";
 }
 
 std::string spriteRow(const PictureData& row, const Story& story) {
   const MouthData mouth = row.mouths.empty() ? MouthData{} : row.mouths.front();
-  return "    {" + literal(row.name) + ", " + classOf(row.speaker, story) + ", " +
+  return "    {" + literal(row.name) + ", " + std::to_string(classOf(row.speaker, story)) + ", " +
          std::to_string(row.x) + ", " + std::to_string(row.y) + ", " + quotedOrNull(row.file) +
          ", " + quotedOrNull(mouth.file) + ", " + std::to_string(mouth.x) + ", " +
          std::to_string(mouth.y) + ", " + std::to_string(mouth.key) + "},\n";
@@ -232,8 +242,9 @@ void readSpriteRow(std::string_view rest, Place place, Story& story, Problems& p
     data.mouths.push_back(std::move(mouth));
   }
   if (row.good() && !row.atEnd()) row.fail();
-  if (row.good() && knowsSpeaker(data.speaker, story, place, problems))
-    add(story.sprites, std::move(data), problems);
+  if (!row.good() || !knowsSpeaker(data.speaker, story, place, problems)) return;
+  checkClass(data, story, problems);
+  add(story.sprites, std::move(data), problems);
 }
 
 void readPictureRow(std::string_view rest, Place place, Story& story, Problems& problems) {
@@ -252,7 +263,13 @@ void readPictureRow(std::string_view rest, Place place, Story& story, Problems& 
     if (!row.good() || !knowsSpeaker(mouth.speaker, story, place, problems)) return;
     data.mouths.push_back(std::move(mouth));
   }
-  if (data.mouths.size() > MostMouths)
+  const bool tells = !data.mouths.empty() || !data.file.empty();
+  if (row.good() && tells && !isPictureWithRow(data.name))
+    problems.add(place, "\"" + data.name +
+                            "\" is no event or title that the engine knows, so that nobody would "
+                            "look at its row; write @picture " +
+                            data.name + " alone.");
+  else if (data.mouths.size() > MostMouths)
     problems.add(place, "a picture has five mouths at most; remove one.");
   else if (row.good())
     add(story.pictures, std::move(data), problems);

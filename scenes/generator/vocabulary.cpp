@@ -19,6 +19,9 @@ Argument text(const char* name) {
 Argument count(const char* name, long low, long high, const char* fallback = nullptr) {
   return {.name = name, .kind = Number, .low = low, .high = high, .fallback = fallback};
 }
+Argument picture(ArgumentKind kind) {
+  return {.name = "PICTURE", .kind = kind};
+}
 Argument slot() {
   return {.name = "SLOT", .kind = Number, .low = 1, .high = 5};
 }
@@ -37,13 +40,13 @@ const char* const SongWords = "fadeout=\"FADEOUT\" stop=nullptr";
 std::vector<CommandForm> makeForms() {
   return {
       // Pictures.
-      {"bg", "BgCommand($1);", {text("PICTURE")}},
-      {"event", "EventCommand($1);", {text("PICTURE")}},
-      {"title", "TitleCommand($1);", {text("PICTURE")}},
-      {"sprite", "SpriteCommand($1, $2);", {text("PICTURE"), slot()}},
-      {"sprite-kzc", "SpriteCommandKZC($1, $2);", {text("PICTURE"), slot()}},
-      {"sprite-kyc", "SpriteCommandKYC($1, $2);", {text("PICTURE"), slot()}},
-      {"sprite-kxs", "SpriteCommandKXS($1, $2);", {text("PICTURE"), slot()}},
+      {"bg", "BgCommand($1);", {picture(Background)}},
+      {"event", "EventCommand($1);", {picture(Event)}},
+      {"title", "TitleCommand($1);", {picture(Title)}},
+      {"sprite", "SpriteCommand($1, $2);", {picture(Figure), slot()}},
+      {"sprite-kzc", "SpriteCommandKZC($1, $2);", {picture(Figure), slot()}},
+      {"sprite-kyc", "SpriteCommandKYC($1, $2);", {picture(Figure), slot()}},
+      {"sprite-kxs", "SpriteCommandKXS($1, $2);", {picture(Figure), slot()}},
       {"clear",
        "ClearSprite($1);",
        {{.name = "SLOT|all", .kind = Number, .low = 1, .high = 5, .words = "all=0"}}},
@@ -70,7 +73,7 @@ std::vector<CommandForm> makeForms() {
       // Sound.
       {"bgm",
        "PlayBgm($1, $2);",
-       {{.name = "SONG|fadeout|stop", .words = SongWords},
+       {{.name = "SONG|fadeout|stop", .kind = Song, .words = SongWords},
         {.name = "fadein",
          .kind = Number,
          .low = 1,
@@ -78,7 +81,7 @@ std::vector<CommandForm> makeForms() {
          .fallback = "nullptr"}}},
       {"se",
        "PlaySe($1, $2);",
-       {{.name = "SOUND|stop", .words = "stop=nullptr"},
+       {{.name = "SOUND|stop", .kind = Effect, .words = "stop=nullptr"},
         {.name = "once|loop",
          .kind = Number,
          .low = 1,

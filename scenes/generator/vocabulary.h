@@ -11,8 +11,14 @@
 namespace qv::scenec {
 
 enum class ArgumentKind {
-  Name,      ///< a word without spaces, given as text
-  Rest,      ///< the rest of the line, given as text
+  Name,        ///< a word without spaces, given as text
+  Rest,        ///< the rest of the line, given as text
+  Background,  ///< a picture by its name, of the engine's lists or of story.txt
+  Event,
+  Title,
+  Figure,    ///< one with a row
+  Song,      ///< one of the engine's
+  Effect,    ///< the same
   Number,    ///< `low` to `high`; none when `low` is above `high`
   Time,      ///< tenths of a second, or seconds with an "s"; `low` to `high` tenths
   Register,  ///< a register's name or number, of those that stories may write

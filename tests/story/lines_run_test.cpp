@@ -23,6 +23,14 @@ TEST_F(LinesStory, AHiddenWindowFreezesTheTimeOfALine) {
        "sleep 2200\nexpect strreg 33 \"終わり。\"\nexpect reg 700 10\nquit\n");
 }
 
+TEST_F(LinesStory, ABoxInsideALineCostsItsTimeAtMostOneStep) {
+  // Three seconds, of which one is over; the box stands for ten.
+  play("sc_timed",
+       "ready\nsleep 1000\nkey F2\nready\nexpect shown chk.WindowClient\nsleep 10000\n"
+       "click 318 269\nready\nsleep 1700\nexpect strreg 33 \"三秒。\"\nsleep 400\n"
+       "expect strreg 33 \"終わり。\"\nexpect reg 700 10\nquit\n");
+}
+
 // --- Modes and results ---
 
 TEST_F(LinesStory, EndsWithAResultForEachWayToGoOn) {
@@ -49,6 +57,14 @@ TEST_F(LinesStory, AClickCutsAVoiceUnlessTheModeLeavesIt) {
        "expect reg 68 0\nkey Return\nready\nexpect sound wave 0000_002\nsleep 1200\n"
        "expect sound wave none\nexpect reg 69 1\nkey Return\nready\nexpect reg 69 0\n"
        "expect strreg 33 \"終わり。\"\nexpect sound wave none\nquit\n");
+}
+
+TEST_F(LinesStory, ALineThatIsSkippedCutsAVoiceThatWasLeftUnlessItsModeLeavesIt) {
+  play("sc_left",
+       "ready\nexpect sound wave 0000_001\nkey F4\nsleep 500\nready\n"
+       "expect strreg 33 \"静か。\"\nexpect reg 700 -11\nexpect reg 701 1\nexpect reg 720 1\n"
+       "expect reg 702 1\nexpect reg 721 0\nexpect reg 722 0\nexpect reg 69 0\n"
+       "expect sound wave none\nquit\n");
 }
 
 TEST_F(LinesStory, AVoiceMovesTheMouthUntilItEnds) {
@@ -195,6 +211,14 @@ TEST_F(LinesStory, ThePendantLightsUpUnderThePointer) {
        "expect reg 70 0\nexpect pixel 46 76 305030\nquit\n");
 }
 
+TEST_F(LinesStory, BehindALoadThePointersRegionIsToldWithoutAMove) {
+  play("sc_resumed",
+       "ready\nmove 46 76\nready\nexpect reg 70 1\nkey Return\nready\nsleep 300\n"
+       "expect strreg 33 \"読み込んだあと。\"\nexpect reg 70 1\nexpect pixel 46 76 60F060\n"
+       "key Return\nready\nsleep 300\nexpect strreg 33 \"そのあと。\"\nexpect reg 721 0\n"
+       "expect reg 70 0\nexpect pixel 46 76 305030\nquit\n");
+}
+
 // --- Drama ---
 
 TEST_F(LinesStory, DramaGoesOnASecondBehindAVoiceAndByTheLengthOfATextWithoutOne) {
@@ -298,6 +322,16 @@ TEST_F(LinesStory, SkipWithAHiddenWindowIsRefused) {
        "mess.view\nquit\n");
 }
 
+TEST_F(LinesStory, SkipThatTheConfigurationSwitchesOnBehindAHiddenWindowShowsItAgain) {
+  play("sc_hidden_skip",
+       "ready\nright\nready\nexpect hidden mess.view\nkey F5\nsleep 500\nexpect sysreg 36 1\n"
+       "expect reg 700 13\nkey Return\nready\nsleep 200\nexpect sysreg 36 0\n"
+       "expect shown mess.view\nexpect hidden system.cut.win\n"
+       // The wait has forgotten that it was hidden; hidden and shown once more, all is there.
+       "right\nready\nexpect hidden mess.view\nright\nready\nexpect shown mess.view\n"
+       "expect shown system.cut.win\nquit\n");
+}
+
 // --- What the screens answer ---
 
 TEST_F(LinesStory, TheScreensAnswersEndTheWaitOrLetTheLineStand) {
@@ -310,6 +344,12 @@ TEST_F(LinesStory, TheScreensAnswersEndTheWaitOrLetTheLineStand) {
        "key F5\nready\nexpect reg 703 13\nexpect strreg 33 \"読み込む。\"\nkey F3\nready\n"
        "expect reg 704 -13\nexpect strreg 33 \"読み込んだあと。\"\nkey Return\nready\n"
        "expect reg 721 0\nquit\n");
+}
+
+TEST_F(LinesStory, ALoadOutOfALineLeavesTheScene) {
+  play("sc_load_line",
+       "ready\nexpect scene sc_load_line\nexpect reg 254 0\nkey F3\nready\n"
+       "expect scene sc_names\nexpect reg 700 -13\nexpect reg 699 1\nexpect reg 254 1\nquit\n");
 }
 
 TEST_F(LinesStory, TheScreensAnswersEndASelectionWithItsOwnCodes) {
@@ -328,6 +368,19 @@ TEST_F(LinesStory, AMapThatIsGoneIsToldAndTheWaitNeitherSpinsNorHoldsTheEnd) {
   const ProcessResult result = run("sc_lost", "answer ok\nanswer ok\nsleep 500\nnow close\n");
   EXPECT_EQ(result.status, 0) << result.errors;
   EXPECT_NE(trace().find("は、クリックマップではありません。"), std::string::npos) << trace();
+}
+
+TEST_F(LinesStory, AMapThatIsGoneIsToldWhereAPictureIsBroughtToo) {
+  // Once: the poll keeps it as the player's wish to stop, and the line takes it.
+  const ProcessResult result =
+      run("sc_lost_poll",
+          "answer ok\nready\nexpect reg 720 -1\nexpect reg 721 70\nexpect reg 700 0\n"
+          "expect sysreg 36 0\nexpect reg 72 0\nquit\n");
+  EXPECT_EQ(result.status, 0) << result.errors;
+  const std::string told = trace();
+  const size_t first = told.find("は、クリックマップではありません。");
+  ASSERT_NE(first, std::string::npos) << told;
+  EXPECT_EQ(told.find(" box ", first), std::string::npos) << told;
 }
 
 }  // namespace

@@ -107,6 +107,27 @@ TEST_F(LinesWindow, PlatesOverBlackAreRaisedInsteadOfTinted) {
             "ready\nmove 200 100\nready\nsleep 200\nshot black_first.png\nquit\n");
 }
 
+TEST_F(LinesWindow, SkipThatWasAskedForInASelectionHasItsCorner) {
+  ASSERT_EQ(run("sc_skip", "ready\nsleep 100\nkey F4\nsleep 700\nshot skip.png\nquit\n").status, 0);
+  const ProcessResult result =
+      run("sc_choice_skip",
+          "ready\nkey F4\nready\nclick 200 100\nsleep 700\nexpect sysreg 36 1\n"
+          "shot behind.png\nkey Return\nready\nsleep 200\nshot stopped.png\nquit\n");
+  ASSERT_EQ(result.status, 0) << result.errors;
+  const auto corner = [this](const char* name) { return part(shot(name), 586, 352, 54, 74); };
+  EXPECT_TRUE(corner("behind") == corner("skip"));
+  EXPECT_FALSE(corner("stopped") == corner("skip"));
+}
+
+TEST_F(LinesWindow, ALineBeginsAtItsPlaceWhereverTheLastScreenLeftThePens) {
+  const ProcessResult result =
+      run("sc_pens",
+          "ready\nsleep 100\nshot first.png\nkey Return\nready\nsleep 100\nshot moved.png\n"
+          "quit\n");
+  ASSERT_EQ(result.status, 0) << result.errors;
+  EXPECT_TRUE(stillStrip("first") == stillStrip("moved"));
+}
+
 // --- Rebuilding ---
 
 TEST_F(LinesWindow, ARebuildPrintsTheLineAgainAtTheSamePlace) {

@@ -465,5 +465,16 @@ TEST_F(RunTest, TheSampleIsReadFromItsTitleToEachOfItsEndings) {
   }
 }
 
+// Its own title plays a song of its own, over which this would not be seen.
+TEST_F(RunTest, TheSamplesEndingLeavesTheFirstSongCurrentThoughNothingPlays) {
+  expectGood(play("endings",
+                  "ready\nexpect scene sc_menu\nexpect shown system.cut.win\nkey Return\n"
+                  "ready\nexpect scene sc_bat9999\nexpect step 1\nexpect hidden system.cut.win\n"
+                  "expect reg 251 0\nkey Return\n"
+                  "ready\nexpect scene sc_menu\nexpect reg 251 1\nexpect strreg 10 \"BLACK\"\n"
+                  "expect sound song none\nquit\n",
+                  {"--simulate", "1"}));
+}
+
 }  // namespace
 }  // namespace qv::testing

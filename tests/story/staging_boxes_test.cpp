@@ -176,6 +176,19 @@ TEST_F(StagedBoxes, ABoxWithoutItsPicturesEndsTheRunByTheSystemsBox) {
   }
 }
 
+TEST_F(StagedBoxes, ABoxIsSeenWithItsButtonsOnly) {
+  // Where it stood is another place than the system's box about the button that is missing.
+  const std::string corner = "sysreg 206 0\nsysreg 207 0\n";
+  const Rectangle part = Rectangle::at(0, 0, BoxWidth, 60);
+  expectRun(corner + Confirm, "ready\nshot box.png\nquit\n");
+  expectRun(Ground, "ready\nshot without.png\nquit\n");
+  ASSERT_NE(parts({"box"}, part).pixels, parts({"without"}, part).pixels);
+  std::filesystem::remove(game() / "dat/no.mcg");
+  run(corner + Confirm, "sleep 300\nshot trouble.png\nanswer cancel\nanswer ok\nsleep 500\n");
+  EXPECT_FALSE(traced("box ").empty());
+  EXPECT_EQ(parts({"trouble"}, part).pixels, parts({"without"}, part).pixels);
+}
+
 TEST_F(StagedBoxes, AHundredSeedsAnswerAlike) {
   const std::string stage =
       Confirm + "notice One.\npopup Two.\npendant 1\nchange ベルーネ 5\nkey\n";
@@ -222,6 +235,20 @@ TEST_F(StagedPendant, TheGemTellsWhoLeadsAndByHowMuch) {
   }
   expectRun(stage, script + "ready\nquit\n");
   EXPECT_TRUE(matchesGolden(parts(names, PendantPart), golden("pendant-gems")));
+}
+
+TEST_F(StagedPendant, RegistersOfAForeignSaveMayLieAsFarApartAsTheyCan) {
+  const std::string least = "-2147483648", most = "2147483647";
+  const auto standing = [](const std::string& first, const std::string& second) {
+    return "reg 100 " + first + "\nreg 101 " + second + "\ngem\nkey\n";
+  };
+  expectRun(Ground + "pendant 1\n" + standing("1000", "-1000") + standing(most, least) +
+                standing("-1000", "1000") + standing(least, most),
+            "ready\nshot first.png\nkey Return\nready\nshot farfirst.png\nkey Return\nready\n"
+            "shot second.png\nkey Return\nready\nshot farsecond.png\nquit\n");
+  EXPECT_EQ(parts({"farfirst"}, PendantPart).pixels, parts({"first"}, PendantPart).pixels);
+  EXPECT_EQ(parts({"farsecond"}, PendantPart).pixels, parts({"second"}, PendantPart).pixels);
+  EXPECT_NE(parts({"first"}, PendantPart).pixels, parts({"second"}, PendantPart).pixels);
 }
 
 TEST_F(StagedPendant, AChangeGlintsForHalfASecond) {
@@ -317,6 +344,13 @@ TEST_F(StagedState, ASavePointWritesItsRegisters) {
   expectRun("reg 2000 3\nreg 2001 6\nreg 2002 7\nautosave SAVE\nautosave LOAD\nautosave save\n",
             "ready\nexpect reg 92 5\nexpect reg 254 1\nexpect sysreg 109 3\nexpect sysreg 110 6\n"
             "expect sysreg 111 7\nquit\n");
+  // It blackens the picture: a load of it begins without the people of the scene before.
+  expectRun(
+      "bg KBA001\nsprite KUS011 2\neffect 1 16 12345\nreg 8 0\nautosave LOAD\nkey\n"
+      "autosave SAVE\nkey\n",
+      "ready\nexpect strreg 10 \"KBA001\"\nexpect strreg 13 \"KDS011\"\nexpect reg 8 0\n"
+      "key Return\nready\nexpect strreg 10 \"BLACK\"\nexpect strreg 13 \"\"\n"
+      "expect strreg 23 \"\"\nexpect reg 30 0\nexpect reg 8 1\nquit\n");
 }
 
 TEST_F(StagedState, TheCalendarSetsItsDate) {

@@ -74,6 +74,33 @@ TEST_F(StagedPictures, ColoursByNameFillTheScreenAndCarryFigures) {
   EXPECT_TRUE(matchesGolden(shot("RED"), golden("figure-on-red")));
 }
 
+TEST_F(StagedPictures, ColoursByNameAreOneIndexBetweenBlackAndWhite) {
+  const std::pair<const char*, int> colours[] = {
+      {"WHITE", 0xFFFFFF}, {"BLACK", 0}, {"RED", 0xE01020}, {"BLUE", 0x1020E0}};
+  for (const auto& [name, colour] : colours) {
+    SCOPED_TRACE(name);
+    // A picture before it, whose colours must not stay.
+    expectRun(std::string("bg KBA001\neffect 1 16 12345\nbg ") + name +
+                  "\neffect 1 16 12345\npixel 0 0 610\npixel 639 479 611\nentry 136 612\n"
+                  "entry 0 613\nentry 255 614\nentry 20 615\nkey\n",
+              "ready\nexpect reg 610 136\nexpect reg 611 136\nexpect reg 612 " +
+                  std::to_string(colour) + "\nexpect reg 613 0\nexpect reg 614 " +
+                  std::to_string(0xFFFFFF) + "\nexpect reg 615 0\nquit\n");
+  }
+}
+
+TEST_F(StagedPictures, AnEffectBeforeTheFirstPictureLeavesTheScreen) {
+  for (const char* effect : {"1", "9"})
+    expectRun(std::string("effect ") + effect + " 16 12345\nreg 602 5\nkey\n" +
+                  "sprite KUC011_p 3\neffect 1 16 12345\nkey\n",
+              "ready\nexpect reg 602 5\nexpect strreg 10 \"\"\nshot nothing.png\nkey Return\n"
+              "ready\nshot figure.png\nquit\n");
+  const Picture nothing = shot("nothing");
+  EXPECT_EQ(std::ranges::count(nothing.pixels, nothing.pixels.front()),
+            int64_t{ScreenWidth} * ScreenHeight);
+  EXPECT_NE(shot("figure").pixels, nothing.pixels);
+}
+
 TEST_F(StagedPictures, AScreenStaysAsItIsWithoutPictureCommands) {
   expectRun("bg KBA001\neffect 1 16 12345\nkey\nreg 700 1\nsysreg 900 1\nkey\n",
             "ready\nshot before.png\nkey Return\nready\nshot after.png\nquit\n");

@@ -6,7 +6,10 @@
 #include "message/message_window.h"
 #include "message/pendant.h"
 #include "message/resume_flag.h"
+#include "message/skip_poll.h"
+#include "message/standing_names.h"
 #include "message/system_screens.h"
+#include "message/text_areas.h"
 #include "platform/kernel/kernel.h"
 #include "platform/text/shift_jis.h"
 #include "scenario/resume.h"
@@ -85,12 +88,16 @@ class ScriptedScreens : public SystemScreens {
   int32_t configuration() override {
     ++Reg(Configurations);
     if (loads && configured == 255) load();
+    if (hides) HideMessageWindow();
+    if (spoils) Reg(HoverRegister) = 1;
+    spoil();
     SysReg(SkipMode) = skips ? 1 : 0;
     return configured;
   }
   void history() override {
     ++Reg(Histories);
     if (shows) ShowMessageWindow();
+    spoil();
   }
   bool confirm(const char* text) override {
     notice(text);
@@ -98,14 +105,23 @@ class ScriptedScreens : public SystemScreens {
   }
   void notice(const char* text) override {
     ++Reg(Asked);
+    spoil();
     theScenario->StrReg(LastNotice).create(QVString::DefaultGrain, text);
   }
   static void load() {
     Reg(ResumePendingRegister) = 1;
     ResumeScene = sc_names;
   }
-  bool loads = false, skips = false, shows = false, agrees = true;
+  bool loads = false, skips = false, shows = false, hides = false, agrees = true;
+  bool spoils = false;  ///< leaves the screen's map as it used it
   int32_t configured = -3;
+
+ private:
+  void spoil() const {
+    if (!spoils) return;
+    theScenario->AddClickRect(WholeScreenMap, 0, 0, 640, 480, AdvanceRegion);
+    theScenario->DisconnectObjects(SelectionMap, WholeScreenMap);
+  }
 };
 ScriptedScreens screens;
 
@@ -475,10 +491,114 @@ QV_SCENE(sc_black) {
   return END;
 }
 
+/// Voices that lines leave behind, and skip.
+QV_SCENE(sc_left) {
+  standWithBelune("sc_left");
+  say(Belune, LongVoice, "残る声。");
+  wait(WaitWithoutLimit, 3);
+  tell("まだ残る。");
+  wait(WaitWithoutLimit, 3);
+  Reg(720) = theScenario->IsSoundPlaying(ChannelWave);
+  tellAndWait("ここまで。");
+  Reg(721) = theScenario->IsSoundPlaying(ChannelWave);
+  Reg(722) = Reg(VoiceRunningRegister);
+  SysReg(SkipMode) = 0;
+  tellAndWait("静か。");
+  return END;
+}
+
+/// Another screen has moved the pens since the last line.
+QV_SCENE(sc_pens) {
+  standWithBelune("sc_pens");
+  constexpr const char* Text = "「一行目がとても長くて、二行目まで続いていくことば。ここまで」";
+  say(Belune, nullptr, Text);
+  wait();
+  for (const char* name : {LineAreas::NameArea, LineAreas::MessageArea}) {
+    QVPrintArea& area = *areaNamed(name);
+    const Rectangle place = area.rectangle();
+    area.setPosition(place.left + 90, place.top + 7);
+    area.setIndent(50, 0);
+  }
+  say(Belune, nullptr, Text);
+  wait();
+  return END;
+}
+
+/// A load out of a line.
+QV_SCENE(sc_load_line) {
+  stand("sc_load_line");
+  useScreens();
+  screens.loads = true;
+  tell("読み込む。");
+  if (const Leaving leaving = afterClick(wait())) return leaving.next;
+  tellAndWait("残った。");
+  return END;
+}
+
+/// Lines behind a load and behind none, under a pointer that rests.
+QV_SCENE(sc_resumed) {
+  stand("sc_resumed");
+  tellAndWait("指す。");
+  Reg(SavedStateRegister) = 1;
+  DataLoadedFlag = 1;
+  tellAndWait("読み込んだあと。");
+  Reg(721) = DataLoadedFlag;
+  tellAndWait("そのあと。");
+  return END;
+}
+
+/// Skip that the configuration switches on; it hides the window as scenes do.
+QV_SCENE(sc_hidden_skip) {
+  stand("sc_hidden_skip");
+  useScreens();
+  screens.skips = true;
+  screens.hides = true;
+  for (int line = 0; line < 40; ++line)
+    tellAndWait("飛ばす。");
+  return END;
+}
+
+/// Many lines behind a choice.
+QV_SCENE(sc_choice_skip) {
+  stand("sc_choice_skip");
+  useScreens();
+  offer(3);
+  choose(3);
+  for (int line = 0; line < 40; ++line)
+    tellAndWait("飛ばす。");
+  return END;
+}
+
+/// Screens that use the screen's map for themselves.
+QV_SCENE(sc_spoilt) {
+  stand("sc_spoilt");
+  useScreens();
+  screens.spoils = true;
+  offer(2);
+  choose(2);
+  tellAndWait("選んだ。");
+  return END;
+}
+
+/// The map is gone while a picture is brought and messages are skipped.
+QV_SCENE(sc_lost_poll) {
+  stand("sc_lost_poll");
+  SysReg(SkipMode) = 1;
+  theScenario->DestroyObject(WholeScreenMap);
+  const uint32_t start = tickCount();
+  SkipPoll();
+  SkipPoll();
+  Reg(720) = Reg(PendingCodeRegister);
+  Reg(721) = static_cast<int32_t>(tickCount() - start);
+  tellAndWait("飛ばない。");
+  theScenario->WaitInput(nullptr, -1);
+  return END;
+}
+
 /// A scene's mistake: the map that its waits sleep on is gone.
 QV_SCENE(sc_lost) {
   stand("sc_lost");
-  theScenario->DestroyObject("clmall");
+  theScenario->DestroyObject(WholeScreenMap);
   tellAndWait("地図がない。");
   return END;
 }

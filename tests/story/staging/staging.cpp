@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "foundation/file.h"
+#include "graphics/scene/picture_drawing.h"
 #include "message/pendant.h"
 #include "platform/text/shift_jis.h"
+#include "scenario/picture_names.h"
 #include "scenario/scenario.h"
 #include "scenario/start/user_name_file.h"
 #include "scenes/scene_form.h"
@@ -61,6 +63,20 @@ int32_t& result() {
   return Reg(ResultRegister);
 }
 
+/// Index at X, Y of the composed picture, and its stored colour N as 0xRRGGBB, into a register.
+void lookAtPixel(Words& words) {
+  const QVVSurface* picture = surfaceNamed(PictureSurface);
+  const int32_t x = words.number(), y = words.number();
+  Reg(words.number()) = picture ? picture->pixel(x, y) : -1;
+}
+void lookAtEntry(Words& words) {
+  constexpr uint32_t Colour = 0xFFFFFF;
+  const QVVSurface* picture = surfaceNamed(PictureSurface);
+  const auto index = static_cast<size_t>(words.number());
+  Reg(words.number()) =
+      picture ? static_cast<int32_t>(picture->storedColours()[index] & Colour) : -1;
+}
+
 constexpr Row Pictures[] = {
     {"bg", [](Words& words) { BgCommand(words.word().c_str()); }},
     {"event", [](Words& words) { EventCommand(words.word().c_str()); }},
@@ -80,6 +96,8 @@ constexpr Row Pictures[] = {
     {"white", [](Words& words) { FadeToWhite(words.number()); }},
     {"sound", [](Words& words) { PlaySe(words.word().c_str(), words.number()); }},
     {"mouth", [](Words& words) { theScenario->ShowArea(words.word().c_str(), 0); }},
+    {"pixel", [](Words& words) { lookAtPixel(words); }},
+    {"entry", [](Words& words) { lookAtEntry(words); }},
 };
 
 constexpr Row State[] = {

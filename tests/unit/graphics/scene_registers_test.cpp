@@ -224,6 +224,22 @@ TEST_F(PictureRegisters, ThePairStandsInTheFirstSlotsWhateverWasAsked) {
   EXPECT_TRUE(seen(94));
 }
 
+TEST_F(PictureRegisters, ThePairIsTheSameTwoWhateverItsRowSays) {
+  constexpr SpriteRow Still[] = {
+      {"KUS110", 5, 5, 6, nullptr, nullptr, 0, 0, MouthWithoutKey},
+  };
+  tables.sprites = Still;
+  SpriteCommand("KUS110", 4);
+  expectSlot(1, "KUS110", 13, 100 + 5, 6);
+  EXPECT_EQ(text(22), "");
+  EXPECT_EQ(Reg(30), 14);
+  EXPECT_EQ(text(23), "CG\\Kus110_b.mcg");
+  EXPECT_EQ(Reg(34), 196);
+  EXPECT_EQ(Reg(35), 193);
+  EXPECT_EQ(Reg(26), 85);
+  expectSlot(4, "", 0, 0, 0);
+}
+
 TEST_F(PictureRegisters, GroupsFillTheFirstSlotByTheirName) {
   SpriteCommand("KUS091", 3);
   expectSlot(1, "KUS091", 0, 33, 44);

@@ -158,11 +158,11 @@ TEST_F(PendantTest, HidingWhatIsNotShownWritesNothing) {
 
 TEST_F(PendantTest, ARestoreBringsItBackByItsRules) {
   run([this](QVScenario&) {
-    RestorePendant();
+    ShowSystemWindow();
     EXPECT_TRUE(window->shown());
     putAway();
     Reg(PendantSuppressRegister) = 1;
-    RestorePendant();
+    ShowSystemWindow();
     EXPECT_FALSE(window->shown());
   });
 }

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "audio/scene/commands.h"
+#include "message/frame_buttons.h"
 #include "message/pendant.h"
+#include "message/standing_names.h"
 #include "platform/sound/null_midi_output.h"
 #include "scenario/start/scene_enter.h"
 #include "tests/support/song_bytes.h"
@@ -98,6 +100,48 @@ TEST_F(RestoredScene, HasItsPictureAndItsButtonStripUnlessADramaIsOn) {
       EXPECT_EQ(surface("mess.surf")->pixel(300, 20), Face) << "beside the strip";
       EXPECT_EQ(Reg(ResumePendingRegister), 0);
     }
+  });
+}
+
+TEST_F(RestoredScene, HasItsThreeFrameButtonsUpEnabledAndDrawnUnlessADramaIsOn) {
+  run([this](QVScenario& manager) {
+    // Four pictures of 20 by 10, by their number; the first pixel is the key.
+    constexpr int32_t Wide = 20, High = 10;
+    constexpr uint8_t Under = 99;
+    QVVSurface strip;
+    strip.create(4 * Wide, High);
+    for (int32_t picture = 0; picture < 4; ++picture) {
+      const Rectangle part = Rectangle::at(picture * Wide, 0, Wide, High);
+      strip.fill(static_cast<uint8_t>(picture), &part);
+    }
+    const Rectangle corner{0, 0, 1, 1};
+    strip.fill(Key, &corner);
+    strip.saveBmpByName("strip");
+    const TestPlatform& platform = ground.platform;
+    for (const char* name : {"MButton1", "MButton2", "MButton3"})
+      platform.writeFile(platform.game() / "dat" / (std::string(name) + ".mcg"),
+                         platform.readFile(platform.player() / "strip.bmp"));
+    manager.CreateView(NormalView, nullptr, 0, NormalTop, StripWidth, NormalHeight, 0);
+    createFrameButtons();
+    FrameButtons& buttons = *frameButtons();
+    const QVVSurface& face = *manager.FindView(NormalView)->view()->surface8();
+    for (const int32_t drama : {0, 1}) {
+      // As a save out of skip finds them, and the strip painted over.
+      buttons.quickSave.disable();
+      buttons.quickLoad.flash(0, 0);
+      buttons.skip.flash(0, 0);
+      manager.FillObject(NormalView, Under);
+      SysReg(DramaMode) = drama;
+      Reg(ResumePendingRegister) = 1;
+      SceneEnter();
+      const uint32_t enabled = SystemButton::Enabled, pressed = SystemButton::Pressed;
+      EXPECT_EQ(buttons.quickSave.state(), drama ? 0 : enabled);
+      EXPECT_EQ(buttons.quickLoad.state(), drama ? enabled | pressed : enabled);
+      EXPECT_EQ(buttons.skip.state(), drama ? enabled | pressed : enabled);
+      for (const SystemButton* button : {&buttons.quickSave, &buttons.quickLoad, &buttons.skip})
+        EXPECT_EQ(face.pixel(button->x() + 5, button->y() + 5), drama ? Under : 0);
+    }
+    destroyFrameButtons();
   });
 }
 

@@ -4,24 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/unit/message/colour_formula.h"
+
 namespace qv::testing {
 namespace {
-
-struct Colour {
-  int32_t red, green, blue;
-  bool operator==(const Colour&) const = default;
-};
-
-Colour tinted(const Colour& from, int32_t red, int32_t green, int32_t blue) {
-  const int32_t grey = 30 * from.red + 59 * from.green + 11 * from.blue;
-  const auto channel = [grey](int32_t part) { return ((grey * (part + 1)) >> 8) / 100; };
-  return {channel(red), channel(green), channel(blue)};
-}
-
-Colour raised(const Colour& from, int32_t red, int32_t green, int32_t blue) {
-  const auto channel = [](int32_t value) { return std::min(value, 255); };
-  return {channel(from.red + red), channel(from.green + green), channel(from.blue + blue)};
-}
 
 Colour original(int32_t entry) {
   return {entry, 255 - entry, entry * 7 % 256};
@@ -30,24 +16,24 @@ Colour original(int32_t entry) {
 /// What an entry between the system's becomes; 246 is only raised.
 Colour expected(int32_t colour, bool dark, const Colour& from, bool tints) {
   const auto tint = [tints](const Colour& c, int32_t red, int32_t green, int32_t blue) {
-    return tints ? tinted(c, red, green, blue) : c;
+    return tints ? tinted(c, {red, green, blue}) : c;
   };
   switch (colour) {
     case 0:
     case 6:
-      return dark ? tint(raised(from, 100, 100, 100), 240, 210, 240) : tint(from, 220, 190, 200);
+      return dark ? tint(raised(from, {100, 100, 100}), 240, 210, 240) : tint(from, 220, 190, 200);
     case 1:
-      return raised(tint(from, 240, 100, 100), dark ? 100 : 0, 0, 0);
+      return raised(tint(from, 240, 100, 100), {dark ? 100 : 0, 0, 0});
     case 2:
-      return raised(tint(from, 100, 100, 240), 0, 0, dark ? 100 : 0);
+      return raised(tint(from, 100, 100, 240), {0, 0, dark ? 100 : 0});
     case 3:
-      return raised(tint(from, 100, 240, 100), 0, dark ? 100 : 0, 0);
+      return raised(tint(from, 100, 240, 100), {0, dark ? 100 : 0, 0});
     case 4:
-      return tint(raised(from, 80, 80, 80), 220, 220, 220);
+      return tint(raised(from, {80, 80, 80}), 220, 220, 220);
     case 5:
       return tint(from, 100, 100, 100);
     default:
-      return raised(from, 100, 100, 100);
+      return raised(from, {100, 100, 100});
   }
 }
 
@@ -59,12 +45,6 @@ scobjPalette originals() {
     palette.set(entry, colour.red, colour.green, colour.blue);
   }
   return palette;
-}
-
-Colour at(const scobjPalette& palette, int32_t entry) {
-  const uint32_t word = palette.table()[static_cast<size_t>(entry)];
-  return {static_cast<int32_t>(word >> 16 & 255), static_cast<int32_t>(word >> 8 & 255),
-          static_cast<int32_t>(word & 255)};
 }
 
 TEST(FrameColours, FollowTheirFormulaInAllEightColours) {

@@ -13,6 +13,7 @@
 
 #include "foundation/file.h"
 #include "foundation/path_name.h"
+#include "graphics/animation/animation_sequence.h"
 #include "input/click_map.h"
 #include "message/frame_buttons.h"
 #include "platform/text/shift_jis.h"
@@ -218,6 +219,25 @@ TEST_F(Start, SurfacesHaveTheirSizes) {
     ASSERT_NE(surface, nullptr) << name;
     EXPECT_EQ(surface->width(), size.first) << name;
     EXPECT_EQ(surface->height(), size.second) << name;
+  }
+}
+
+TEST_F(Start, MouthsMoveByTheirSequences) {
+  start();
+  constexpr const char* Motion =
+      "A5[.]C5[.]B5[.]A5[.]B5[.]C5[.]B5[.]A5[.]C5[.]B5[.]C5[.]A5[.]C5[.]A5[.]B5[.]C5[.]B5[.]A5[.]"
+      "B5[.]A5[.]B5[.]A5[.]C5[.]A5[.]C5[.]B5[.]C5[.]A5[.]B5[.]A5[.]C5[.]A5[.]C5[.]B5[.]C5[.]B5[.]";
+  for (const char* name : {"CG_SEQU01_MOUTH", "CG_SEQU02_MOUTH", "CG_SEQU03_MOUTH",
+                           "CG_SEQU04_MOUTH", "CG_SEQU05_MOUTH"}) {
+    SCOPED_TRACE(name);
+    auto* mouth = static_cast<AnimationSequence*>(manager->FindNative(name, TypeAnimationSequence));
+    ASSERT_NE(mouth, nullptr);
+    AnimationSequence told;
+    told.setText(Motion, false);
+    // Twice from its beginning to its end: it goes round.
+    constexpr int Ticks = 36 * 6 * 2;
+    for (int tick = 0; tick < Ticks; ++tick)
+      ASSERT_EQ(mouth->step(false), told.step(false)) << tick;
   }
 }
 

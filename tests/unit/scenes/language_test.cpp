@@ -58,14 +58,14 @@ INSTANTIATE_TEST_SUITE_P(
               "them another name."},
         Wrong{"@scene sc000000\n@go sc_start\n",
               "a.scene:2: no scene can lead to \"sc_start\"; name another one."},
-        Wrong{"@scene sc000000\n@sprit KUS001 3\n@go END\n",
+        Wrong{"@scene sc000000\n@sprit KUS011 3\n@go END\n",
               "a.scene:2: there is no command \"@sprit\". Did you mean \"sprite\"?"},
-        Wrong{"@scene sc000000\n@sprite KUS001\n@go END\n",
+        Wrong{"@scene sc000000\n@sprite KUS011\n@go END\n",
               "a.scene:2: SLOT is missing; the form is @sprite PICTURE SLOT."},
-        Wrong{"@scene sc000000\n@sprite KUS001 6\n@go END\n",
+        Wrong{"@scene sc000000\n@sprite KUS011 6\n@go END\n",
               "a.scene:2: \"6\" does not fit for SLOT of @sprite PICTURE SLOT; write a number from "
               "1 to 5."},
-        Wrong{"@scene sc000000\n@bg A B\n@go END\n",
+        Wrong{"@scene sc000000\n@bg BLACK B\n@go END\n",
               "a.scene:2: \"B\" is too much here; the form is @bg PICTURE."},
         Wrong{"@scene sc000000\nベルーね: 「雨」\n@go END\n",
               "a.scene:2: nobody called \"ベルーね\" speaks in this story. Did you mean "
@@ -115,8 +115,56 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"@scene sc000000\n@cpp\nint x;\n",
               "a.scene:2: the C++ that begins here has no end; close it with @end cpp."}));
 
+// Names that are looked up in the engine's tables and in the story's rows.
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, WrongScenes,
+    ::testing::Values(
+        Wrong{"@scene sc000000\n@bgm K99\n@go END\n",
+              "a.scene:2: there is no song \"K99\"; songs are K01 to K16."},
+        Wrong{"@scene sc000000\n雨。\n@if 傘\n@bgm k03 fadein\n@end\n@go END\n",
+              "a.scene:4: there is no song \"k03\"; songs are K01 to K16."},
+        Wrong{"@scene sc000000\n@se SE99 loop\n@go END\n",
+              "a.scene:2: there is no effect \"SE99\"; effects are SE01 to SE61."},
+        Wrong{"@scene sc000000\n@se 足音\n@go END\n",
+              "a.scene:2: there is no effect \"足音\"; effects are SE01 to SE61."},
+        Wrong{"@scene sc000000\n@sprite NOBODY 3\n@go END\n",
+              "a.scene:2: the figure \"NOBODY\" has no row, so that nobody would appear. Write "
+              "@figure NOBODY of SPEAKER at X Y in story.txt."},
+        Wrong{"@scene sc000000\n@sprite KUS015 3\n@go END\n",
+              "a.scene:2: the figure \"KUS015\" has no row, so that nobody would appear. Did you "
+              "mean \"KUS011\"? Write @figure KUS015 of SPEAKER at X Y in story.txt."},
+        Wrong{"@scene sc000000\n@sprite-kzc KUC099 3\n@go END\n",
+              "a.scene:2: the figure \"KUC099\" has no row, so that nobody would appear. Did you "
+              "mean \"KUC039\"? Write @figure KUC099 of SPEAKER at X Y in story.txt."},
+        Wrong{"@scene sc000000\n@bg BROWN\n@go END\n",
+              "a.scene:2: there is no background \"BROWN\". If it is the story's own, write "
+              "@picture BROWN in story.txt."},
+        Wrong{"@scene sc000000\n@bg KBA0014\n@go END\n",
+              "a.scene:2: there is no background \"KBA0014\". Did you mean \"KBA001\"? If it is "
+              "the story's own, write @picture KBA0014 in story.txt."},
+        Wrong{"@scene sc000000\n@event KEV405b\n@go END\n",
+              "a.scene:2: there is no event picture \"KEV405b\". Did you mean \"KEV405A\"? If it "
+              "is the story's own, write @picture KEV405b in story.txt."},
+        Wrong{"@scene sc000000\n@title KEN405A\n@go END\n",
+              "a.scene:2: there is no title picture \"KEN405A\". Did you mean \"KEN001A\"? If it "
+              "is the story's own, write @picture KEN405A in story.txt."}));
+
+TEST(SceneLanguage, KnowsNamesOfTheEngineAndOfTheStory) {
+  const std::string rows = StoryText +
+                           "@speaker レッサ class 2\n@figure KUS024 of レッサ at 0 0\n"
+                           "@figure MINE of レッサ at 0 0\n@picture KBA060\n";
+  EXPECT_EQ(problemsOf("@scene sc000000\n@bg BLACK\n@bg RED\n@bg KBA055\n@bg KBA060\n"
+                       "@event KEV925A\n@event WHITE\n@title KTI001\n@title KBA060\n"
+                       "@sprite KUS011 1\n@sprite KUS024 2\n@sprite MINE 3\n@sprite KUS091 4\n"
+                       "@sprite-kzc KUC017 1\n@bgm K16\n@bgm stop\n@se SE61\n@se チャイム\n"
+                       "@se ガルムファイヤー loop\n@go END\n",
+                       rows),
+            Lines{});
+}
+
 TEST(SceneLanguage, TellsEveryProblemOfARun) {
-  EXPECT_EQ(problemsOf("@scene sc000000\n@bg\n@sprite X 9\n@go sc999999\n").size(), 3u);
+  EXPECT_EQ(problemsOf("@scene sc000000\n@bg\n@sprite KUS011 9\n@go sc999999\n").size(), 3u);
 }
 
 TEST(SceneLanguage, BeyondAHundredProblemsOnlyTheirNumberIsTold) {
@@ -152,7 +200,7 @@ TEST(SceneLanguage, StoryFilesAreCheckedToo) {
 
 TEST(SceneLanguage, FullWidthSignsAreTakenAsNarrowOnes) {
   EXPECT_EQ(
-      problemsOf("＠ｓｃｅｎｅ　sc000000\n＃ 注\n　＠ｓｐｒｉｔｅ　KUS001　３\n＠ｇｏ　END\n"),
+      problemsOf("＠ｓｃｅｎｅ　sc000000\n＃ 注\n　＠ｓｐｒｉｔｅ　KUS011　３\n＠ｇｏ　END\n"),
       Lines{});
 }
 

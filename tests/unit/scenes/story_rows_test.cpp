@@ -79,6 +79,24 @@ TEST(StoryRows, FiguresAndPicturesKeepTheirMouths) {
             std::string::npos);
 }
 
+// A figure of class 0 would be found in the first empty slot.
+TEST(StoryRows, AFiguresSpeakerHasAClass) {
+  EXPECT_EQ(firstProblem("@speaker 駅員\n@figure KUS012 of 駅員 at 0 0\n"),
+            "story.txt:2: the speaker \"駅員\" has no class, by which figures are known; give "
+            "@speaker 駅員 a class of its own.");
+  EXPECT_EQ(firstProblem("@speaker 駅員 class 0\n@figure KUS012 of 駅員 at 0 0 mouth A 1 2\n"),
+            "story.txt:2: the speaker \"駅員\" has no class, by which figures are known; give "
+            "@speaker 駅員 a class of its own.");
+  EXPECT_EQ(firstProblem("@speaker 駅員 class 30\n@figure KUS012 of 駅員 at 0 0\n"), "");
+}
+
+TEST(StoryRows, APicturesRowMayStandForItsNameAlone) {
+  const std::string tables = tablesOf(
+      "@speaker レッサ class 2\n@picture KBA060\n@picture KAI001 stands レッサ 1\n"
+      "@picture KUC201 stands レッサ 1\n");
+  EXPECT_NE(tables.find("{\"KBA060\", nullptr, 0, {}}"), std::string::npos) << tables;
+}
+
 TEST(StoryRows, SayWhatIsWrongWithThem) {
   EXPECT_EQ(firstProblem("@hero 佐伯\n"), "story.txt:1: write @hero FAMILYNAME GIVENNAME.");
   EXPECT_EQ(firstProblem("@speaker レッサ class 999\n"),
@@ -91,10 +109,17 @@ TEST(StoryRows, SayWhatIsWrongWithThem) {
             "story.txt:2: write @figure PICTURE of SPEAKER at X Y [file FILE] [mouth FILE X Y "
             "[key N]].");
   EXPECT_EQ(
-      firstProblem("@speaker レッサ\n@figure A of レッサ at 0 0\n@figure A of レッサ at 1 0\n"),
+      firstProblem(
+          "@speaker レッサ class 2\n@figure A of レッサ at 0 0\n@figure A of レッサ at 1 0\n"),
       "story.txt:3: the row \"A\" is there already; remove one of the two.");
   EXPECT_EQ(firstProblem("@speaker レッサ\n@picture A stands レッサ 6\n"),
             "story.txt:2: \"6\" is no number from 0 to 5.");
+  EXPECT_EQ(firstProblem("@speaker レッサ\n@picture KAI099 stands レッサ 1\n"),
+            "story.txt:2: \"KAI099\" is no event or title that the engine knows, so that nobody "
+            "would look at its row; write @picture KAI099 alone.");
+  EXPECT_EQ(firstProblem("@picture KAI099 file KAI001\n"),
+            "story.txt:1: \"KAI099\" is no event or title that the engine knows, so that nobody "
+            "would look at its row; write @picture KAI099 alone.");
 }
 
 }  // namespace

@@ -16,8 +16,9 @@ namespace {
 using Lines = std::vector<std::string>;
 
 constexpr const char* StoryText =
-    "@speaker ベルーネ\n@speaker 影 【　？？　《ベルーネ》】\n@heroine ベルーネ\n@heroine レッサ\n"
-    "@register 傘 600\n";
+    "@speaker ベルーネ class 1\n@speaker 影 【　？？　《ベルーネ》】\n@heroine ベルーネ\n@heroine "
+    "レッサ\n"
+    "@figure KUS012 of ベルーネ at 0 0\n@register 傘 600\n";
 constexpr const char* Title = "\n@scene sc_menu\n@go END\n";
 
 /// The C++ of the scenes, a line each without indentation and comments.
@@ -53,10 +54,10 @@ const Sentence Sentences[] = {
     {"@bg KBA014", "BgCommand(\"KBA014\");"},
     {"@event KEV001", "EventCommand(\"KEV001\");"},
     {"@title KAI001", "TitleCommand(\"KAI001\");"},
-    {"@sprite KUS001 5", "SpriteCommand(\"KUS001\", 5);"},
-    {"@sprite-kzc KUC001 1", "SpriteCommandKZC(\"KUC001\", 1);"},
-    {"@sprite-kyc KUC001 2", "SpriteCommandKYC(\"KUC001\", 2);"},
-    {"@sprite-kxs KUS001 3", "SpriteCommandKXS(\"KUS001\", 3);"},
+    {"@sprite KUS011 5", "SpriteCommand(\"KUS011\", 5);"},
+    {"@sprite-kzc KUC017 1", "SpriteCommandKZC(\"KUC017\", 1);"},
+    {"@sprite-kyc KUC017 2", "SpriteCommandKYC(\"KUC017\", 2);"},
+    {"@sprite-kxs KUS012 3", "SpriteCommandKXS(\"KUS012\", 3);"},
     {"@clear 4", "ClearSprite(4);"},
     {"@clear all", "ClearSprite(0);"},
     {"@effect 9", "EffectCommand(9, 16, EffectConstant);"},

@@ -112,6 +112,10 @@ TEST_F(Affection, TheGemHasElevenBandsOfWhichTheLastIsShort) {
       ASSERT_EQ(gemCellX(Leader::Second, difference), 320 - 32 * band) << difference;
     }
   }
+  // As far apart as registers of a foreign save can be.
+  constexpr int64_t Farthest = int64_t{INT_MAX} - INT_MIN;
+  EXPECT_EQ(gemCellX(Leader::First, Farthest), 320 + 32 * 10);
+  EXPECT_EQ(gemCellX(Leader::Second, Farthest), 320 - 32 * 10);
 }
 
 TEST_F(Affection, WithoutAStoryNobodyStandsAnywhere) {

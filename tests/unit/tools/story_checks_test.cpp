@@ -176,18 +176,13 @@ TEST_F(StoryCheck, AsksForThePicturesThatEffectsLeaveBehind) {
           "a.scene:4: this shows the picture KEV60219, and the game has no file cg/KEV60219.mcg."});
 }
 
-TEST_F(StoryCheck, TellsNamesThatTheEngineDoesNotKnow) {
-  checkFiles(read("@scene sc000000\n@sprite KUS099 1\n@sprite-kxs KUS011 1\n@sprite-kyc KUS012 1\n"
-                  "@bgm K17\n@se SE62\n@go END\n"),
+TEST_F(StoryCheck, TellsFiguresOfTheWrongFamily) {
+  checkFiles(read("@scene sc000000\n@sprite-kxs KUS011 1\n@sprite-kyc KUS012 1\n@go END\n"),
              engineAnd({}), problems);
   expect(
-      {"a.scene:2: the figure KUS099 has no row, so that nobody would appear; write @figure "
-       "KUS099 of SPEAKER at X Y in story.txt.",
-       "a.scene:3: @sprite-kxs knows figures of KUS012 and KUS082 alone, and not KUS011; nobody "
+      {"a.scene:2: @sprite-kxs knows figures of KUS012 and KUS082 alone, and not KUS011; nobody "
        "would appear.",
-       "a.scene:4: @sprite-kyc knows figures of KUC alone, and not KUS012; nobody would appear.",
-       "a.scene:5: there is no song K17; songs are K01 to K16.",
-       "a.scene:6: there is no effect SE62; effects are SE01 to SE61."});
+       "a.scene:3: @sprite-kyc knows figures of KUC alone, and not KUS012; nobody would appear."});
 }
 
 TEST_F(StoryCheck, TheEnginesOwnFilesAreAskedForUnlessTheStoryIsBare) {
