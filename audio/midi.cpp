@@ -46,8 +46,9 @@ void QVMidi::loadMidi(const char* path) {
   stop(AtOnce, StopMillis);
   const std::lock_guard guard(lock_);
   file_ = std::move(read);
-  if (!file_.valid()) return;
+  // Another thread may have loaded a song meanwhile, whose bytes have just gone.
   sequencer_.load(file_);
+  if (!file_.valid()) return;
   fileName_.create(QVString::DefaultGrain, path);
 }
 

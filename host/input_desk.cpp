@@ -4,6 +4,7 @@
 
 #include "host/box_desk.h"
 #include "host/input_codes.h"
+#include "host/play_script.h"
 #include "host/recorder.h"
 #include "input/click_map.h"
 
@@ -20,6 +21,8 @@ std::optional<int32_t> codeOfEvent(const DisplayEvent& event) {
     case Kind::Wheel:
       return codeOfWheel(event.y);
     case Kind::KeyDown:
+      // What no record can say is nobody's answer; with Alt a key is the window system's.
+      if (event.alt || nameOfKey(event.key).empty()) return std::nullopt;
       return codeOfKey(event.key);
     default:
       return std::nullopt;
@@ -39,12 +42,19 @@ void InputDesk::hold(Source source, const DisplayEvent& event) {
 
 InputDesk::Fate InputDesk::offerFrom(Source source, const DisplayEvent& event) {
   trackPointer(event);
-  if (offerToBox(event)) return Fate::Taken;
+  if (offerToBox(event)) return taken(event);
   if (drag_.take(event)) {
+    const Fate fate = taken(event);
     finishDrag(source);
-    return Fate::Taken;
+    return fate;
   }
   return offerToWait(source, event);
+}
+
+/// What somebody has taken is newer than a press that is held, which must not follow behind it.
+InputDesk::Fate InputDesk::taken(const DisplayEvent& event) {
+  if (codeOfEvent(event)) held_.reset();
+  return Fate::Taken;
 }
 
 bool InputDesk::offerClick(const DisplayEvent& press) {
@@ -74,6 +84,8 @@ void InputDesk::trackPointer(const DisplayEvent& event) {
   if (button || event.kind == Kind::PointerMove) host_.pointer.moveTo(event.x, event.y);
   if (button && event.button == PointerButton::Right)
     host_.pointer.rightButton(event.kind == Kind::ButtonDown);
+  // The release may never come.
+  if (event.kind == Kind::FocusLost) host_.pointer.rightButton(false);
 }
 
 /// What a drag that was let go leaves behind: a click that it was not, or a line for the record.
@@ -110,6 +122,7 @@ InputDesk::Fate InputDesk::offerToWait(Source source, const DisplayEvent& event)
     fate = give(gate, event);
     if (fate == Fate::NoWait) gate.tellNext();
   }
+  if (fate == Fate::Taken) taken(event);
   if (event.kind == Kind::PointerMove)
     unseenMove_ = fate == Fate::NoWait ? std::optional(source) : std::nullopt;
   keepForRecord(source, event, fate, ordinal);
@@ -120,9 +133,14 @@ InputDesk::Fate InputDesk::give(GameHost::Gate& gate, const DisplayEvent& event)
   if (!gate.sceneWaits()) return Fate::NoWait;
   if (helpTakes(gate, event)) return Fate::Taken;
   const std::optional<uint32_t> message = mapMessageOf(event);
-  if (gate.map() && message)
-    if (const auto region = host_.windows.regionFor(*gate.map(), event.x, event.y))
-      return gate.report(*message, *region) ? Fate::Taken : Fate::Refused;
+  if (gate.map() && message) {
+    const auto region = host_.windows.regionFor(*gate.map(), event.x, event.y);
+    // Where no map lies that the wait looks at, a move puts the highlight out and a press is a key.
+    // A hover request at the screen's edge goes beyond it for a moment, which is no place.
+    const bool onScreen = ScreenRectangle.contains(event.x, event.y);
+    if (region || (*message == PointerMoved && onScreen))
+      return gate.report(*message, region.value_or(NoRegion)) ? Fate::Taken : Fate::Refused;
+  }
   const std::optional<int32_t> code = codeOfEvent(event);
   return code && gate.deliver(*code) ? Fate::Taken : Fate::Refused;
 }

@@ -51,6 +51,7 @@ class InputDesk {
   void trackPointer(const DisplayEvent& event);
   void finishDrag(Source source);
   void hold(Source source, const DisplayEvent& event);
+  Fate taken(const DisplayEvent& event);
   void keepForRecord(Source source, const DisplayEvent& event, Fate fate, uint32_t ordinal);
 
   struct HeldPress {
@@ -71,7 +72,8 @@ class InputDesk {
   std::optional<RestingMove> restingMove_;  ///< changed nothing, so far: no line tells of it
 };
 
-/// The code that a scene's wait gets for an event, or nothing for events that are no input of it.
+/// The code that a scene's wait gets for an event, or nothing for events that are no input of it: a
+/// key that scripts have no name for (Shift, Ctrl, Alt, those of editing), and any key beside Alt.
 std::optional<int32_t> codeOfEvent(const DisplayEvent& event);
 
 }  // namespace qv

@@ -170,9 +170,10 @@ void UiLoop::device(const DisplayEvent& event) {
       dirty_ = true;
       return host_.window.setMinimised(false);
     case DisplayEvent::Kind::KeyDown:
-      if (event.key == KeyReturn && event.alt)
-        return display_.setFullScreen(!display_.fullScreen());
-      break;
+      if (event.key != KeyReturn || !event.alt) break;
+      // Held down it repeats, and the screen must not flicker between the two.
+      if (!event.repeat) display_.setFullScreen(!display_.fullScreen());
+      return;
     default:
       break;
   }

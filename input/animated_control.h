@@ -30,7 +30,6 @@ class ControlWindow {
 class AnimatedControl {
  public:
   static constexpr int32_t Slots = 256, NoFocus = -1;
-  /// Keys are no business of a wait unless the control has a window.
   static constexpr int32_t WithoutLimit = -1;
 
   AnimatedControl();
@@ -40,7 +39,8 @@ class AnimatedControl {
 
   /// A map of that size whose regions are all 0. Throws NotEnoughMemoryException.
   void create(int32_t width, int32_t height, InputHost* host);
-  /// Null switches all keyboard handling off.
+  /// Null switches all keyboard handling off: keys are no business of a wait unless the control has
+  /// a window.
   void setWindow(const ControlWindow* window) { window_ = window; }
   /// Tenths of a second; 0 and -1 are without limit.
   void setTimeout(int32_t tenths) { timeout_ = tenths; }

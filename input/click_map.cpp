@@ -18,8 +18,7 @@ constexpr size_t MostPosted = 65'536;
 QVClickMap::QVClickMap()
     : event_("click map"),
       postedLock_("posted results", LockRank::Leaf),
-      lastStart_(tickCount()),
-      lastReturn_(lastStart_) {}
+      lastReturn_(tickCount()) {}
 
 QVClickMap::~QVClickMap() {
   detach();
@@ -164,7 +163,7 @@ bool QVClickMap::hasPosted() const {
 
 void QVClickMap::setTick(uint32_t millis) {
   tick_ = millis;
-  lastStart_ = lastReturn_ = tickCount();
+  lastReturn_ = tickCount();
 }
 
 void QVClickMap::requestHover(int32_t nudge) {
@@ -250,7 +249,7 @@ uint32_t QVClickMap::tickWaitMillis(uint32_t millis, uint32_t now, uint32_t last
 int32_t QVClickMap::ClickTickWait(uint32_t millis, int32_t keys) {
   const uint32_t limit = tickWaitMillis(millis == 0 ? tick_ : millis, tickCount(), lastReturn_);
   const int32_t result = ClickWait(limit, keys);
-  lastStart_ = lastReturn_ = tickCount();
+  lastReturn_ = tickCount();
   return result;
 }
 

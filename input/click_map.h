@@ -6,7 +6,7 @@
 ///
 /// Threads: `inputCallback`, `report` and the look-ups come from the UI thread, `postResult` from
 /// any, the rest from the scenario thread. The event is the crossing point; of two inputs before
-/// the wake the later wins.
+/// the wake the later wins here, but the host's gate lets only the first through, which answers.
 
 #include <atomic>
 #include <cstdint>
@@ -160,7 +160,7 @@ class QVClickMap : public QVVSurface, public ClickTarget, public AdvanceReceiver
   std::vector<QVClickMap*> below_;  ///< the maps whose parent this is
   mutable Lock postedLock_;         ///< guards what was posted
   std::deque<int32_t> posted_;
-  uint32_t lastStart_, lastReturn_;  ///< of ClickTickWait: both are set at its return
+  uint32_t lastReturn_;  ///< of ClickTickWait
   uint32_t tick_ = 0;
 };
 

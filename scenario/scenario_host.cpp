@@ -58,9 +58,7 @@ int32_t ScenarioHost::WaitForInput(int32_t time, int32_t, int32_t unitIsMillis) 
   // The order is the rule: an abort wins over input that came with it.
   enum { Abort = 0, Input = 1 };
   int result = waitAny({&abortEvent.handle(), &inputEvent.handle()}, limit, WaitKind::Input);
-  const bool taken = closeInputWait();
-  inputEvent.set();
-  InputWaitEnded();
+  const bool taken = endInputWait();
   if (result == Abort) throw ExitScenarioException();
   // Input that was taken in the moment of the time-out counts: who gave it was told so.
   if (result == Input || (result == WaitTimeout && taken)) return inputValue.load();
@@ -84,9 +82,7 @@ void ScenarioHost::openInputWait() {
 }
 
 int32_t ScenarioHost::EndInput() {
-  closeInputWait();
-  inputEvent.set();
-  InputWaitEnded();
+  endInputWait();
   return inputValue.load();
 }
 
@@ -97,9 +93,7 @@ int32_t keyOfInput(int32_t value) {
 }
 
 int32_t ScenarioHost::disarmKeys() {
-  const bool taken = closeInputWait();
-  inputEvent.set();
-  InputWaitEnded();
+  const bool taken = endInputWait();
   return taken ? keyOfInput(inputValue.load()) : 0;
 }
 
@@ -128,6 +122,13 @@ bool ScenarioHost::closeInputWait() {
   if (waitingFlag.exchange(0) != 0) return false;
   inputEvent.wait();
   return true;
+}
+
+bool ScenarioHost::endInputWait() {
+  const bool taken = closeInputWait();
+  inputEvent.set();
+  InputWaitEnded();
+  return taken;
 }
 
 bool ScenarioHost::deliverInput(int32_t code) {

@@ -143,6 +143,7 @@ class ScenarioHost : public InputHost, public AdvanceReceiver {
   void postRequest(uint32_t message, uintptr_t first, uintptr_t second);
   void openInputWait();
   bool closeInputWait();
+  bool endInputWait();  ///< closes it for everybody, the next one may begin; true when input came
 };
 
 }  // namespace qv

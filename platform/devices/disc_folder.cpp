@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <fstream>
 #include <optional>
 #include <vector>
@@ -9,6 +10,7 @@
 #include <sndfile.h>
 
 #include "platform/sound/cue_sheet.h"
+#include "platform/sound/wave_output.h"
 
 namespace qv {
 
@@ -18,6 +20,8 @@ namespace {
 
 constexpr uint32_t SectorBytes = 2352, SectorFrames = 588, ImageRate = 44100, FrameBytes = 4;
 constexpr int MostChannels = 8;
+/// Beyond this many times full scale, and where it is no number, a sample is silence.
+constexpr float MostLevel = 16;
 
 std::string small(std::string text) {
   for (char& c : text)
@@ -54,7 +58,8 @@ class SoundFileReader : public TrackReader {
     reader->file_ = sf_open(path.c_str(), SFM_READ, &reader->info_);
     const SF_INFO& info = reader->info_;
     const bool good = reader->file_ && info.channels >= 1 && info.channels <= MostChannels &&
-                      info.samplerate > 0 && info.frames >= 0;
+                      info.samplerate >= static_cast<int>(LeastSamplesPerSecond) &&
+                      info.samplerate <= static_cast<int>(MostSamplesPerSecond) && info.frames >= 0;
     return good ? std::move(reader) : nullptr;
   }
   SoundFileReader() = default;
@@ -85,13 +90,15 @@ class SoundFileReader : public TrackReader {
         std::max<sf_count_t>(sf_readf_float(file_, buffer_.data(), frames), 0));
     const size_t second = channels > 1 ? 1 : 0;
     for (size_t i = 0; i < got; ++i) {
-      stereo[2 * i] = buffer_[i * channels];
-      stereo[2 * i + 1] = buffer_[i * channels + second];
+      stereo[2 * i] = heard(buffer_[i * channels]);
+      stereo[2 * i + 1] = heard(buffer_[i * channels + second]);
     }
     return got;
   }
 
  private:
+  static float heard(float sample) { return std::abs(sample) <= MostLevel ? sample : 0; }
+
   SNDFILE* file_ = nullptr;
   SF_INFO info_{};
   uint64_t start_ = 0;

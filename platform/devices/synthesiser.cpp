@@ -19,7 +19,6 @@ namespace {
 
 constexpr int Channels = 16;
 constexpr uint32_t ChunkFrames = 256;
-constexpr int AllNotesOff = 123;
 // Songs of many parts peak at 0.2 to 0.4, ten decibels and more under a voice, which peaks at 0.7:
 // only where the loudest moments of both meet is the output's limit reached.
 constexpr double SynthesiserGain = 0.8;

@@ -1,5 +1,7 @@
 #include "platform/sdl/sdl_events.h"
 
+#include <algorithm>
+
 #include "platform/display/key_codes.h"
 
 namespace qv {
@@ -101,22 +103,27 @@ DisplayEvent keyEvent(const SDL_KeyboardEvent& key) {
   return event;
 }
 
+/// A coordinate in other units; a length that is not known leaves it.
+int scaled(int value, int to, int from) {
+  return from == to || from <= 0 ? value : static_cast<int>(int64_t{value} * to / from);
+}
+
 }  // namespace
 
 ScreenPoint WindowGeometry::toGame(int windowX, int windowY) const {
-  const auto scaled = [](int value, int to, int from) {
-    return from == to || from <= 0 ? value : static_cast<int>(int64_t{value} * to / from);
-  };
   return fit.toGame(scaled(windowX, outputWidth, windowWidth),
                     scaled(windowY, outputHeight, windowHeight));
 }
 
 ScreenPoint WindowGeometry::toWindow(int gameX, int gameY) const {
-  const auto scaled = [](int value, int to, int from) {
-    return from == to || from <= 0 ? value : static_cast<int>(int64_t{value} * to / from);
-  };
   const ScreenPoint output = fit.toOutput(gameX, gameY);
-  return {scaled(output.x, windowWidth, outputWidth), scaled(output.y, windowHeight, outputHeight)};
+  ScreenPoint window{scaled(output.x, windowWidth, outputWidth),
+                     scaled(output.y, windowHeight, outputHeight)};
+  // A unit of several pixels may begin with those of the neighbour.
+  const ScreenPoint shown = toGame(window.x, window.y);
+  if (shown.x < std::min(gameX, ScreenWidth - 1)) ++window.x;
+  if (shown.y < std::min(gameY, ScreenHeight - 1)) ++window.y;
+  return window;
 }
 
 int virtualKeyOf(const SDL_Keysym& key) {

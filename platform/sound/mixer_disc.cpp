@@ -1,6 +1,7 @@
 #include "platform/sound/mixer_disc.h"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 #include "platform/sound/cue_sheet.h"
@@ -11,25 +12,31 @@ namespace {
 
 constexpr uint32_t PartFrames = 2048;
 
-/// Frames of one rate as frames of another, by straight lines, part by part.
+/// Frames of one rate as frames of another, by straight lines, part by part. A part's
+/// length does not depend on the rates: a slow source gives many of them.
 class RateChange {
  public:
   RateChange(uint32_t from, uint32_t to) : step_((uint64_t{from} << 32) / to) {}
 
-  /// Appends what the next frames of the source give.
-  void convert(const float* stereo, uint32_t frames, std::vector<float>& target) {
-    for (uint32_t i = 0; i < frames; ++i) {
-      const float left = stereo[2 * i], right = stereo[2 * i + 1];
+  /// Writes what the source's next frames give, at most `room` frames, and takes those frames from
+  /// the source that it is done with. Gives the frames written: none only where the source is
+  /// empty.
+  size_t convert(std::span<const float>& source, float* target, size_t room) {
+    size_t made = 0;
+    for (; source.size() >= 2; source = source.subspan(2)) {
+      const float left = source[0], right = source[1];
       // Places from the frame before to this one.
-      for (; (position_ >> 32) == 0; position_ += step_) {
+      for (; (position_ >> 32) == 0; position_ += step_, ++made) {
+        if (made == room) return made;
         const float part = static_cast<float>(static_cast<uint32_t>(position_)) / 4294967296.0F;
-        target.push_back(left_ + (left - left_) * part);
-        target.push_back(right_ + (right - right_) * part);
+        target[2 * made] = left_ + (left - left_) * part;
+        target[2 * made + 1] = right_ + (right - right_) * part;
       }
       position_ -= uint64_t{1} << 32;
       left_ = left;
       right_ = right;
     }
+    return made;
   }
 
  private:
@@ -67,18 +74,18 @@ DiscError MixerDisc::begin(int32_t track, uint32_t fromDiscFrame, uint32_t toDis
 }
 
 void MixerDisc::readAhead(TrackReader& reader, uint64_t framesLeft) {
-  std::vector<float> part(size_t{2} * PartFrames), ready;
+  std::vector<float> part(size_t{2} * PartFrames), ready(size_t{2} * PartFrames);
   RateChange change(reader.framesPerSecond(), outputRate_);
   while (framesLeft > 0) {
     const uint32_t wanted = static_cast<uint32_t>(std::min<uint64_t>(framesLeft, PartFrames));
     const uint32_t frames = reader.read(part.data(), wanted);
     framesLeft = frames < wanted ? 0 : framesLeft - frames;
-    ready.clear();
-    change.convert(part.data(), frames, ready);
-    for (size_t at = 0; at < ready.size();) {
-      at += 2 * put(ready.data() + at, (ready.size() - at) / 2);
-      if (at < ready.size() && stop_.wait(PollMillis, WaitKind::Service) != WaitTimeout) return;
-    }
+    auto source = std::span<const float>(part).first(size_t{2} * frames);
+    while (const size_t made = change.convert(source, ready.data(), PartFrames))
+      for (size_t at = 0; at < made;) {
+        at += put(&ready[2 * at], made - at);
+        if (at < made && stop_.wait(PollMillis, WaitKind::Service) != WaitTimeout) return;
+      }
     if (stop_.isSet()) return;
   }
   allRead_ = true;

@@ -72,6 +72,8 @@ class FuzzFiles {
     input_.seek(0, SeekFrom::Start);
     return input_;
   }
+  /// Where that file stands, as "input.bin".
+  std::filesystem::path folder() const { return folder_ / "player"; }
   /// The output file at its start. What earlier runs wrote stands behind what this one writes; the
   /// file is never finished and so leaves nothing behind.
   QVFile& output() {

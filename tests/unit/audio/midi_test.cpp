@@ -423,6 +423,40 @@ TEST(MidiThreads, StopFromTheStepItself) {
   }
 }
 
+/// A box that stands while another thread plays a song.
+class PlayingDialogs : public RecordingDialogs {
+ public:
+  explicit PlayingDialogs(MidiStage& stage) : stage_(stage) {}
+  BoxAnswer messageBox(std::string_view, std::string_view, uint32_t) override {
+    Thread other;
+    other.start("other", [this] { stage_.midi->play("other.mid", QVMidi::AtOnce, 0, 1); });
+    other.join();
+    stage_.write("late.mid", "This is no song, and longer than a head.");
+    return BoxAnswer::Retry;
+  }
+
+ private:
+  MidiStage& stage_;
+};
+
+TEST(MidiThreads, AFileThatIsNoSongTakesTheOneAwayThatAnotherThreadHasLoadedMeanwhile) {
+  MidiStage stage;
+  TrackBytes track;
+  for (int note = 0; note < 40; ++note)
+    track.event(TicksPerStep, {0x90, 60, 9});
+  stage.write("other.mid", song({track.end(100'000)}));
+  PlayingDialogs dialogs(stage);
+  Services with = services();
+  with.dialogs = &dialogs;
+  const ServicesScope scope(with);
+  stage.midi->play("late.mid", QVMidi::AtOnce, 0, 1);
+  EXPECT_STREQ(stage.midi->fileName().text(), "other.mid");
+  stage.output.takeSent();
+  sleepMillis(30 * QVMidi::PeriodMillis);
+  EXPECT_EQ(stage.midi->state(), QVMidi::Playing) << "in silence";
+  EXPECT_EQ(stage.heard(), Heard());
+}
+
 class MidiThreadsOfBothKernels : public ::testing::TestWithParam<bool> {};
 
 TEST_P(MidiThreadsOfBothKernels, PlayFadeAndStopFromTwoSides) {

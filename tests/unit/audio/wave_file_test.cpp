@@ -131,6 +131,19 @@ TEST(WaveFileTest, GivesUpOnAnEndlessRowOfEmptyChunks) {
   EXPECT_LT(input.reads, 10000);
 }
 
+TEST(WaveFileTest, CountsTheChunksOfAllItsFormsTogether) {
+  // Forms of another type, each behind many chunks that are no form.
+  std::string many;
+  for (int form = 0; form < 40; ++form) {
+    for (int i = 0; i < 1000; ++i)
+      many += chunk("junk", "");
+    many += riff("", "AVI ");
+  }
+  Bytes input(many + riff(Format + Samples));
+  EXPECT_FALSE(readWave(input));
+  EXPECT_LT(input.reads, 10000);
+}
+
 TEST(WaveFileTest, RaisesWhenMemoryFails) {
   Bytes input(riff(Format + Samples));
   FailingHeap none(0);

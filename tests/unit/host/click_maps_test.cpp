@@ -222,6 +222,28 @@ TEST_F(ClickMapsTest, APressOverAnotherViewIsAKeyAndNeverBoth) {
   });
 }
 
+TEST_F(ClickMapsTest, AMoveOntoAViewWithoutAMapPutsTheHighlightOutOnce) {
+  run([&] {
+    manager->CreateView("above", nullptr, 200, 100, 50, 50, 0);
+    EXPECT_EQ(allWith({at(Kind::PointerMove, 120, 120), at(Kind::PointerMove, 210, 120),
+                       at(Kind::PointerMove, 220, 130), at(Kind::PointerMove, 120, 120)}),
+              Results({4097, 4096, 4097}));
+    // So does a map that nobody waits on.
+    manager->CreateClickMap("other", 50, 50, 77, 1);
+    manager->ConnectObjects("other", "above");
+    EXPECT_EQ(allWith({at(Kind::PointerMove, 210, 120), at(Kind::PointerMove, 120, 120)}),
+              Results({4096, 4097}));
+    // One that does not hear of moves hears of this one neither.
+    manager->CreateClickMap("clm", 640, 480, 10, 0);
+    manager->ConnectObjects("clm", "cg.view");
+    EXPECT_EQ(allWith({at(Kind::PointerMove, 120, 120), at(Kind::PointerMove, 210, 120)}),
+              Results({}));
+  });
+  EXPECT_EQ(record(),
+            "@1 move 120 120\n@2 move 210 120\n@3 move 220 130\n@3 move 120 120\n"
+            "@5 move 210 120\n@6 move 120 120\n");
+}
+
 TEST_F(ClickMapsTest, AMapThatDoesNotWaitHearsNothing) {
   run([&] {
     manager->CreateClickMap("other", 640, 480, 77, 1);

@@ -6,7 +6,9 @@
 
 #include "foundation/diagnostic.h"
 #include "host/box_desk.h"
+#include "host/play_script.h"
 #include "host/recorder.h"
+#include "platform/display/key_codes.h"
 #include "platform/text/text_renderer.h"
 #include "tests/support/test_platform.h"
 
@@ -57,12 +59,16 @@ class InputDeskTest : public ::testing::Test {
     scene.terminate();
     scene.join();
   }
-  void beginWait(int32_t millis) {
+  /// The scene waits, and the UI thread has not heard of it.
+  void beginUnheardWait(int32_t millis) {
     result = Nothing;
     limit = millis;
     begin.set();
     while (!GameHost::Gate(host).sceneWaits())
       sleepMillis(1);
+  }
+  void beginWait(int32_t millis) {
+    beginUnheardWait(millis);
     desk.waitBegan();
   }
   int32_t waited() {
@@ -129,6 +135,15 @@ TEST_F(InputDeskTest, OnlyTheNewestPressIsKept) {
   EXPECT_EQ(waited(), WaitInputTimeout) << "the older press must not come back";
 }
 
+TEST_F(InputDeskTest, AKeptPressIsForgottenWhenANewerOneIsTaken) {
+  desk.handle(keyPress(13));
+  beginUnheardWait(InputForever);
+  desk.handle(keyPress(32));
+  EXPECT_EQ(waited(), 2080);
+  beginWait(200);
+  EXPECT_EQ(waited(), WaitInputTimeout) << "the older press came behind the newer one";
+}
+
 TEST_F(InputDeskTest, ARepeatedKeyIsNotKept) {
   desk.handle(keyPress(13, true));
   beginWait(200);
@@ -144,6 +159,38 @@ TEST_F(InputDeskTest, MovesAndReleasesAreNoInputOfAWait) {
   }
 }
 
+TEST_F(InputDeskTest, KeysWithoutANameAndKeysBesideAltAnswerNoWait) {
+  beginWait(300);
+  for (const int key : {KeyAlt, KeyShift, KeyControl, KeyBack, KeyInsert, KeyDelete, 0, 255})
+    EXPECT_FALSE(desk.offer(keyPress(key))) << key;
+  for (const int key : {KeyReturn, KeyTab, KeySpace, KeyF1 + 3}) {
+    DisplayEvent event = keyPress(key);
+    event.alt = true;
+    EXPECT_FALSE(desk.offer(event)) << key;
+  }
+  EXPECT_EQ(waited(), WaitInputTimeout);
+  // Nor are they kept for the next one.
+  desk.handle(keyPress(KeyAlt));
+  beginWait(300);
+  EXPECT_EQ(waited(), WaitInputTimeout);
+  EXPECT_EQ(platform.readFile(platform.player() / "record.play"), "");
+}
+
+TEST_F(InputDeskTest, WhateverKeyAnswersAWaitHasItsLineInTheRecord) {
+  std::string lines;
+  uint32_t waits = 0;
+  for (int key = 0; key <= 255; ++key) {
+    const std::string name = nameOfKey(key);
+    EXPECT_EQ(codeOfEvent(keyPress(key)).has_value(), !name.empty()) << key;
+    if (name.empty()) continue;
+    beginWait(InputForever);
+    EXPECT_TRUE(desk.offer(keyPress(key))) << name;
+    EXPECT_EQ(waited(), 2048 + key);
+    lines += "@" + std::to_string(++waits) + " key " + name + "\n";
+  }
+  EXPECT_EQ(platform.readFile(platform.player() / "record.play"), lines);
+}
+
 TEST_F(InputDeskTest, WhatAWaitTookIsRecordedWithTheWaitsNumber) {
   beginWait(100);
   EXPECT_EQ(waited(), WaitInputTimeout);
@@ -155,6 +202,18 @@ TEST_F(InputDeskTest, WhatAWaitTookIsRecordedWithTheWaitsNumber) {
   waited();
   EXPECT_EQ(platform.readFile(platform.player() / "record.play"),
             "@2 click 30 40\n@3 key Return\n");
+}
+
+TEST_F(InputDeskTest, AButtonThatIsHeldWhileTheFocusGoesCountsAsLetGo) {
+  DisplayEvent right = press();
+  right.button = PointerButton::Right;
+  desk.handle(right);
+  sleepMillis(PointerState::PressMillis + 1);
+  EXPECT_TRUE(host.pointer.rightDown());
+  DisplayEvent gone;
+  gone.kind = DisplayEvent::Kind::FocusLost;
+  desk.handle(gone);
+  EXPECT_FALSE(host.pointer.rightDown()) << "its release goes to another window";
 }
 
 TEST_F(InputDeskTest, ABoxTakesTheInputBeforeTheWait) {

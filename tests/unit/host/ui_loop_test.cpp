@@ -213,6 +213,31 @@ TEST_F(UiLoopTest, ABoxIsDrawnOverTheWindowsAndLeavesThemAsTheyAre) {
   });
 }
 
+TEST_F(UiLoopTest, AltReturnTakesTheWholeScreenOnceHoweverLongItIsHeld) {
+  run([this] {
+    int32_t input = 0;
+    Thread waiting;
+    waiting.start("waiting", [&] { input = host.WaitForInput(2000, 0, 1); });
+    DisplayEvent key = pointer(Kind::KeyDown, 0, 0);
+    key.key = KeyReturn;
+    key.alt = true;
+    for (const bool whole : {true, false}) {
+      key.repeat = false;
+      display.push(key);
+      settle();
+      EXPECT_EQ(display.fullScreen(), whole);
+      key.repeat = true;
+      for (int repeats = 0; repeats < 3; ++repeats) {
+        display.push(key);
+        settle();
+        EXPECT_EQ(display.fullScreen(), whole) << repeats;
+      }
+    }
+    waiting.join();
+    EXPECT_EQ(input, WaitInputTimeout) << "the game hears nothing of it";
+  });
+}
+
 TEST_F(UiLoopTest, AFrameIsDraggedByItsCaptionAndTheGameHearsNothingOfIt) {
   run([this] {
     make("cg.view", ScreenRectangle);

@@ -1,10 +1,13 @@
 // The disc: a folder with a cue sheet, and what plays its tracks.
 
+#include <bit>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
+#include <sys/resource.h>
 
 #include "platform/devices/disc_folder.h"
 #include "platform/sound/cue_sheet.h"
@@ -151,6 +154,50 @@ TEST_F(DiscFolderTest, AMissingFileCostsItsOwnTracksAlone) {
   EXPECT_EQ(tracks->open(1), nullptr);
 }
 
+TEST_F(DiscFolderTest, GivesSilenceForSamplesThatAreNoNumbersOrBeyondAllLevels) {
+  WaveFormat format = pcm(1, 8000, 16);
+  format.bitsPerSample = 32;
+  format.blockBytes = 4;
+  format.bytesPerSecond = 32'000;
+  constexpr uint16_t FloatTag = 3;
+  std::string samples;
+  const float levels[] = {0.5F, std::numeric_limits<float>::quiet_NaN(),
+                          -std::numeric_limits<float>::infinity(), 3e38F, -1.5F};
+  for (const float level : levels)
+    samples += littleBytes(std::bit_cast<uint32_t>(level), 4);
+  samples += std::string(8000, '\0');
+  write("a.wav", riff(chunk("fmt ", formatBytes(format, FloatTag)) + chunk("data", samples)));
+  write("d.cue", "FILE a.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 0:0:0\n");
+  const auto tracks = open();
+  ASSERT_NE(tracks, nullptr);
+  const auto heard = samplesOf(*tracks, 1, 5);
+  EXPECT_EQ(heard, (std::vector<float>{0.5, 0.5, 0, 0, 0, 0, 0, 0, -1.5, -1.5}));
+}
+
+TEST_F(DiscFolderTest, RefusesASoundFileOfARateThatNoDeviceHas) {
+  std::string sheet;
+  const std::pair<uint32_t, bool> rates[] = {{1, false},       {999, false},
+                                             {1000, true},     {192'000, true},
+                                             {192'001, false}, {0x7FFFFFFF, false}};
+  int number = 0;
+  for (const auto& [rate, good] : rates) {
+    const std::string name = std::to_string(++number) + ".wav";
+    // Two seconds of it where it is good.
+    write(name.c_str(),
+          waveFile(pcm(1, rate, 8), std::string(good ? size_t{2} * rate : 4096, '\x80')));
+    sheet += "FILE " + name + " WAVE\nTRACK " + std::to_string(number) + " AUDIO\nINDEX 01 0:0:0\n";
+  }
+  write("d.cue", sheet);
+  const auto tracks = open();
+  ASSERT_NE(tracks, nullptr);
+  EXPECT_EQ(whyNot, "The disc's file 1.wav cannot be read.");
+  for (int32_t track = 1; track <= number; ++track) {
+    const bool good = rates[track - 1].second;
+    EXPECT_EQ(tracks->length(track), good ? (DiscTime{0, 2, 0}) : DiscTime{}) << track;
+    EXPECT_EQ(tracks->open(track) != nullptr, good) << track;
+  }
+}
+
 TEST(DiscTimes, AreFramesOfA75thAndKeepToTheirRange) {
   EXPECT_EQ(discTimeOf(75 * 60 + 76), (DiscTime{1, 1, 1}));
   EXPECT_EQ(discFramesOf({1, 1, 1}), 75u * 60 + 76);
@@ -233,6 +280,27 @@ TEST_F(MixerDiscTest, GivesTheTrackAtTheStreamsRate) {
     }
     disc.close();
   }
+}
+
+TEST_F(MixerDiscTest, TakesNoMoreMemoryForATrackOfASlowRate) {
+  const auto peakKilobytes = [] {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+  };
+  const long before = peakKilobytes();
+  MixerDisc disc(std::make_unique<ToneTracks>(1, 4096), 48000);
+  ASSERT_EQ(disc.open(), DiscError::None);
+  ASSERT_EQ(disc.play(2, {}, {60, 0, 0}), DiscError::None);
+  sleepMillis(100);
+  std::vector<float> heard(size_t{2} * 3 * 48000);
+  for (size_t frame = 0; frame < 3 * 48000; frame += 480, sleepMillis(10))
+    disc.render(&heard[2 * frame], 480, 1.0F);
+  disc.stop();
+  EXPECT_LT(peakKilobytes() - before, 64 * 1024);
+  // Each of its frames is a crest.
+  for (size_t frame = 0; frame < 3 * 48000; frame += 997)
+    EXPECT_NEAR(heard[2 * frame], 0.5, 0.001) << frame;
 }
 
 TEST_F(MixerDiscTest, PlaysFromAPlaceToAnother) {
