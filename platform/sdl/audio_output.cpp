@@ -34,6 +34,7 @@ class SdlAudioOutput : public AudioOutput {
     started_ = startSubsystem(SDL_INIT_AUDIO);
     if (started_) openDevice();
     if (!device_) whyNot = std::string("There is no sound output: ") + SDL_GetError() + ".";
+    SDL_TLSCleanup();  // SDL gives back what it keeps for a thread at the end of its own ones alone
     return device_ != 0;
   }
 
