@@ -1,6 +1,6 @@
 // A durable save of all registers against a plain write, fsync and rename of the same bytes with a
-// flush of the folder, without which a power cut may take the rename back; and
-// the system file's rewrite, which is not flushed, against the same without the fsync.
+// flush of the folder, without which a power cut may take the rename back; and the system file's
+// rewrite, which is not flushed, against the same without both flushes.
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Devices that only keep time, for runs without a window and machines without a sound card.
+/// Devices that only keep time, for runs without a window or without sound.
 
 #include "host/sound_devices.h"
 #include "platform/sound/disc_player.h"

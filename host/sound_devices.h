@@ -1,7 +1,7 @@
 #pragma once
 
 /// What a run sounds through. The program that owns main() makes the machine's devices, with the
-/// libraries behind them; runs without any, and all tests, take the silent ones.
+/// libraries behind them; runs without a window, and all tests, take the silent ones.
 
 #include <filesystem>
 #include <functional>
