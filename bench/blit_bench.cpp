@@ -12,11 +12,11 @@
 #include <vector>
 
 #include <SDL.h>
-#include <hwy/targets.h>
 #include <pixman.h>
 
 #include "bench/ratio.h"
 #include "graphics/kernels/kernels.h"
+#include "platform/vector_dispatch.h"
 
 namespace qv::bench {
 namespace {
@@ -119,8 +119,7 @@ constexpr Vectors Kinds[] = {
 };
 
 void useVectors(int64_t targets) {
-  hwy::SetSupportedTargetsForTest(targets);
-  hwy::GetChosenTarget().DeInit();
+  qv::pretendVectors(targets);
 }
 
 /// Rows that depend on the processor's vectors.
@@ -261,7 +260,7 @@ int run(const char* name) {
                compare(repeated([=] { copyRows(Vector, rows); }), ground.copy8()));
   table.atMost("32 to 32 copy to memcpy", 1.05,
                compare(repeated([=] { copyRows32(Vector, rows32); }), ground.copy32()));
-  const int64_t here = hwy::SupportedTargets() | HWY_SCALAR;
+  const int64_t here = qv::vectorTargets() | HWY_SCALAR;
   for (const Vectors& kind : Kinds) {
     if (!chosen(kind, name)) continue;
     if (here & kind.targets)

@@ -123,8 +123,7 @@ void synthesiserRow(bench::Table& table, const std::string& samples) {
   HostVolumes volumes;
   SoundMixer mixer(Rate, volumes);
   std::string whyNot;
-  const auto synthesiser = makeSynthesiser(Rate);
-  synthesiser->load(SoundFont, whyNot);
+  const auto synthesiser = makeSynthesiser(Rate, SoundFont, whyNot);
   if (!whyNot.empty()) {
     std::fprintf(stderr, "no synthesiser: %s\n", whyNot.c_str());
     std::exit(1);

@@ -100,8 +100,11 @@ XServer::~XServer() = default;
 
 void XServer::await(uint32_t colour, bool there) const {
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while ((middle() == colour) != there)
+  // Who looks without a pause takes a processor of the program and one of the server.
+  while ((middle() == colour) != there) {
     if (std::chrono::steady_clock::now() > end) giveUp("the picture did not come to the screen");
+    usleep(100);
+  }
 }
 
 uint32_t XServer::middle() const {

@@ -1,11 +1,13 @@
 #include "host/machine_sound.h"
 
+#include "host/midi_module.h"
 #include "host/silent_sound.h"
 #include "platform/devices/disc_folder.h"
-#include "platform/devices/midi_port.h"
 #include "platform/devices/synthesiser.h"
 #include "platform/sdl/audio_output.h"
+#include "platform/sound/awaited_midi.h"
 #include "platform/sound/mixer_disc.h"
+#include "platform/sound/null_midi_output.h"
 #include "platform/sound/sound_mixer.h"
 #include "platform/sound/unheard.h"
 
@@ -15,6 +17,8 @@ namespace {
 
 constexpr const char* UsualSoundFont = "/usr/share/sounds/sf2/TimGM6mb.sf2";
 constexpr const char* NoMidi = "none";
+// A story may take its time before it shows anything.
+constexpr uint32_t LatestStartMillis = 200;
 
 std::unique_ptr<DiscTracks> openDisc(const SoundRequest& request) {
   std::string whyNot;
@@ -23,58 +27,68 @@ std::unique_ptr<DiscTracks> openDisc(const SoundRequest& request) {
   return tracks;
 }
 
-/// What takes long is done beside the first picture: the search for an output, and the instruments.
-/// Until an output is found, sounds wait for it at their beginning.
+/// What takes long is done after the first picture, or once a song is wanted: the search for an
+/// output, and the MIDI devices with their libraries and instruments. Until they are there, sounds
+/// wait for them at their beginning.
 class MachineSound : public SoundDevices {
  public:
   explicit MachineSound(const SoundRequest& request)
-      : stop_("sound output stop", Event::Reset::Manual),
+      : hasMidi_(request.midiPort != NoMidi),
+        midi_([this] { begin_.set(); }),
+        begin_("sound output wanted", Event::Reset::Manual),
+        stop_("sound output stop", Event::Reset::Manual),
         mixer_(OutputRate, *request.volumes),
         disc_(openDisc(request), OutputRate),
         output_(makeAudioOutput()) {
-    chooseMidi(request);
     mixer_.setDisc(&disc_);
-    starter_.start("sound output", [this, request] { startOutput(request); });
+    starter_.start("sound output", [this, request] { start(request); });
   }
   ~MachineSound() override {
     stop_.set();
     starter_.join();
   }
 
+  void pictureShown() override { begin_.set(); }
+
   WaveOutput* wave() override { return &mixer_.wave(); }
-  MidiOutput* midi() override {
-    return port_ ? port_.get() : static_cast<MidiOutput*>(synthesiser_.get());
-  }
+  MidiOutput* midi() override { return hasMidi_ ? &midi_ : nullptr; }
   DiscPlayer* disc() override { return &disc_; }
 
  private:
-  void chooseMidi(const SoundRequest& request) {
-    if (request.midiPort == NoMidi) return;
+  void start(const SoundRequest& request) {
+    if (waitAny({&stop_, &begin_}, LatestStartMillis, WaitKind::Service) == 0) return;
     std::string whyNot;
-    if (!request.midiPort.empty()) port_ = makeMidiPort(request.midiPort, whyNot);
-    if (!whyNot.empty()) request.notice(whyNot);
-    if (!port_) synthesiser_ = makeSynthesiser(OutputRate);
-  }
-
-  void startOutput(const SoundRequest& request) {
-    std::string whyNot;
-    if (!output_->open(whyNot)) {
-      request.notice(whyNot + " The game goes on in silence.");
-      if (synthesiser_) synthesiser_->loadNothing();
+    const bool heard = output_->open(whyNot);
+    if (!heard) request.notice(whyNot + " The game goes on in silence.");
+    if (hasMidi_) midi_.arrive(makeMidi(request, heard));
+    if (heard)
+      output_->start(mixer_);
+    else
       playUnheard(mixer_, stop_);
-      return;
-    }
-    if (synthesiser_) {
-      synthesiser_->load(request.soundFont.empty() ? UsualSoundFont : request.soundFont, whyNot);
-      if (!whyNot.empty()) request.notice(whyNot);
-      mixer_.setSong(synthesiser_.get());
-    }
-    output_->start(mixer_);
   }
 
-  std::unique_ptr<MidiOutput> port_;
-  std::unique_ptr<Synthesiser> synthesiser_;
-  Event stop_;
+  /// The port that was asked for, else the synthesiser: as far as somebody hears it.
+  std::unique_ptr<MidiOutput> makeMidi(const SoundRequest& request, bool heard) {
+    if (!heard && request.midiPort.empty()) return std::make_unique<NullMidiOutput>();
+    std::string whyNot;
+    const MidiDevices* const devices = midiDevices(whyNot);
+    std::unique_ptr<MidiOutput> port;
+    if (devices && !request.midiPort.empty())
+      port = devices->makeMidiPort(request.midiPort, whyNot);
+    if (!whyNot.empty()) request.notice(whyNot);
+    if (port) return port;
+    if (!devices || !heard) return std::make_unique<NullMidiOutput>();
+    whyNot.clear();
+    std::unique_ptr<Synthesiser> synthesiser = devices->makeSynthesiser(
+        OutputRate, request.soundFont.empty() ? UsualSoundFont : request.soundFont, whyNot);
+    if (!whyNot.empty()) request.notice(whyNot);
+    mixer_.setSong(synthesiser.get());
+    return synthesiser;
+  }
+
+  const bool hasMidi_;
+  AwaitedMidi midi_;
+  Event begin_, stop_;
   SoundMixer mixer_;
   MixerDisc disc_;
   std::unique_ptr<AudioOutput> output_;  ///< the first to go: it asks the others for samples

@@ -213,7 +213,10 @@ int Run::play() {
 
   GameHost host(*module_.table());
   UiLoop loop(host, *display, boxes, recorder_,
-              {.canShow = !options_.headless, .shots = options_.shots, .applicationName = name});
+              {.canShow = !options_.headless,
+               .shots = options_.shots,
+               .applicationName = name,
+               .pictureShown = [&sound] { sound->pictureShown(); }});
   if (!options_.play.empty()) loop.play(std::move(script_), options_.play.string());
 
   QVScenario* manager = module_.table()->createManager();

@@ -19,6 +19,8 @@ class WaveOutput;
 class SoundDevices {
  public:
   virtual ~SoundDevices() = default;
+  /// The first picture is on the screen: what would have kept it back may begin. The UI thread.
+  virtual void pictureShown() {}
   virtual WaveOutput* wave() = 0;
   virtual MidiOutput* midi() = 0;  ///< null: songs are sent nowhere
   virtual DiscPlayer* disc() = 0;  ///< null: there is no disc with audio tracks

@@ -262,6 +262,7 @@ void UiLoop::paint() {
   lookDue_ = true;
   refreshFrame(std::exchange(dirty_, false));
   display_.present(frame_);
+  if (const auto tell = std::exchange(settings_.pictureShown, nullptr)) tell();
 }
 
 bool UiLoop::sceneWaits() {

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -29,7 +30,8 @@ class UiLoop : private ScriptStage {
   struct Settings {
     bool canShow = false;  ///< a person sees the window and can go on after a script
     std::filesystem::path shots;
-    std::string applicationName;  ///< UTF-8, for the title
+    std::string applicationName;         ///< UTF-8, for the title
+    std::function<void()> pictureShown;  ///< called once, after the first frame; or empty
   };
 
   /// The display outlives the host.

@@ -15,6 +15,7 @@
 #include <hwy/highway.h>
 
 #include "graphics/kernels/vector_rows-inl.h"
+#include "platform/vector_dispatch.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace qv::HWY_NAMESPACE {
@@ -116,24 +117,24 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace qv {
 
-HWY_EXPORT(copyRowsKeyLoop);
-HWY_EXPORT(patternRowsLoop);
-HWY_EXPORT(expandRowsLoop);
-HWY_EXPORT(blendRowsLoop);
+QV_VECTOR_FORMS(copyRowsKeyLoop);
+QV_VECTOR_FORMS(patternRowsLoop);
+QV_VECTOR_FORMS(expandRowsLoop);
+QV_VECTOR_FORMS(blendRowsLoop);
 
 namespace vector {
 
 void copyRowsKey(const KernelRows& rows, uint8_t key) {
-  HWY_DYNAMIC_DISPATCH(copyRowsKeyLoop)(rows, key);
+  QV_VECTOR_LOOP(copyRowsKeyLoop)(rows, key);
 }
 void patternRows(const KernelRows& rows, const CellPattern& pattern, int key) {
-  HWY_DYNAMIC_DISPATCH(patternRowsLoop)(rows, pattern, key);
+  QV_VECTOR_LOOP(patternRowsLoop)(rows, pattern, key);
 }
 void expandRows(const KernelRows& rows, const uint32_t* palette, int key) {
-  HWY_DYNAMIC_DISPATCH(expandRowsLoop)(rows, palette, key);
+  QV_VECTOR_LOOP(expandRowsLoop)(rows, palette, key);
 }
 void blendRows(const KernelRows& rows, const uint32_t* palette, int level, int key) {
-  HWY_DYNAMIC_DISPATCH(blendRowsLoop)(rows, palette, level, key);
+  QV_VECTOR_LOOP(blendRowsLoop)(rows, palette, level, key);
 }
 
 }  // namespace vector

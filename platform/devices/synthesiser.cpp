@@ -99,27 +99,19 @@ bool looksLikeSoundFont(const std::filesystem::path& path) {
 /// change is made at a reset, by the output's thread.
 class FluidSynthesiser : public Synthesiser {
  public:
-  explicit FluidSynthesiser(uint32_t sampleRate)
-      : sampleRate_(sampleRate), loaded_("synthesiser loaded", Event::Reset::Manual) {}
+  FluidSynthesiser(uint32_t sampleRate, const std::filesystem::path& soundFont, std::string& whyNot)
+      : sampleRate_(sampleRate) {
+    whyNot = loadFont(soundFont);
+  }
   ~FluidSynthesiser() override {
     delete fresh_.load();
     delete retired_.load();
   }
 
-  void load(const std::filesystem::path& soundFont, std::string& whyNot) override {
-    whyNot = loadFont(soundFont);
-    loaded_.set();
-  }
-  void loadNothing() override { loaded_.set(); }
-
   bool available() const override { return true; }
   const char* name() const override { return "built-in synthesiser"; }
   bool open() override {
     if (opened_.exchange(true)) return false;
-    if (loaded_.wait() != 0) {
-      opened_ = false;
-      return false;
-    }
     delete retired_.exchange(nullptr);
     // Where there is no memory for a new one, the old one plays on.
     if (font_ && !fresh_.load()) fresh_.store(makeEngine().release());
@@ -279,7 +271,6 @@ class FluidSynthesiser : public Synthesiser {
   }
 
   const uint32_t sampleRate_;
-  Event loaded_;                        ///< the instruments stand, or never will
   std::unique_ptr<Engine> fontKeeper_;  ///< never sounds
   fluid_sfont_t* font_ = nullptr;       ///< null: nothing is rendered
   std::atomic<bool> opened_ = false;
@@ -296,8 +287,10 @@ class FluidSynthesiser : public Synthesiser {
 
 }  // namespace
 
-std::unique_ptr<Synthesiser> makeSynthesiser(uint32_t sampleRate) {
-  return std::make_unique<FluidSynthesiser>(sampleRate);
+std::unique_ptr<Synthesiser> makeSynthesiser(uint32_t sampleRate,
+                                             const std::filesystem::path& soundFont,
+                                             std::string& whyNot) {
+  return std::make_unique<FluidSynthesiser>(sampleRate, soundFont, whyNot);
 }
 
 }  // namespace qv

@@ -17,18 +17,14 @@ namespace qv {
 /// MidiOutput's operations come from one thread at a time (the sequencer's lock sees to that),
 /// `render` from the output's thread. The queue holds some thousands of messages; what comes while
 /// it is full is lost, but a `reset` never is.
-class Synthesiser : public MidiOutput, public SampleSource {
- public:
-  /// Reads the instruments, some ten milliseconds long. Any one thread, once, and before the output
-  /// asks for samples; `open` waits for it. A file that cannot be read leaves a synthesiser that is
-  /// silent and keeps songs running, and `whyNot` says what is wrong in one sentence (UTF-8).
-  virtual void load(const std::filesystem::path& soundFont, std::string& whyNot) = 0;
-  /// In place of `load`, where nothing will ask for samples: songs run, and nobody hears them.
-  virtual void loadNothing() = 0;
-};
+class Synthesiser : public MidiOutput, public SampleSource {};
 
-/// `sampleRate`: frames in a second, 8000 to 96000; the mixer's. A song renders to the same samples
-/// each time.
-std::unique_ptr<Synthesiser> makeSynthesiser(uint32_t sampleRate);
+/// Reads the instruments, some ten milliseconds long. `sampleRate`: frames in a second, 8000 to
+/// 96000; the mixer's. A file that cannot be read leaves a synthesiser that is silent and keeps
+/// songs running, and `whyNot` says what is wrong in one sentence (UTF-8). A song renders to the
+/// same samples each time. Any thread.
+std::unique_ptr<Synthesiser> makeSynthesiser(uint32_t sampleRate,
+                                             const std::filesystem::path& soundFont,
+                                             std::string& whyNot);
 
 }  // namespace qv

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <deque>
 #include <filesystem>
+#include <optional>
 #include <utility>
 
 #include <SDL2/SDL.h>
@@ -16,6 +17,10 @@
 namespace qv {
 
 namespace {
+
+/// A window that has just opened is left alone for so long: as a rule its first frame comes sooner,
+/// and would have to wait for the black one.
+constexpr uint32_t GroundDelayMillis = 50;
 
 class WindowDisplay : public Display {
  public:
@@ -35,11 +40,13 @@ class WindowDisplay : public Display {
 
  private:
   void show();
+  void expose();
+  int millisToGround();
   void measure();
   void handle(const SDL_Event& event);
   void handleWindow(const SDL_WindowEvent& event);
   void handleFinger(const SDL_TouchFingerEvent& finger);
-  void startPads();
+  void settle();
   bool handlePad(const SDL_Event& event);
   void emit(DisplayEvent::Kind kind);
 
@@ -54,8 +61,12 @@ class WindowDisplay : public Display {
   uint32_t wakeEvent_ = 0;
   std::atomic<bool> wakePending_ = false;  ///< a wake stands in SDL's queue: one is enough
   bool fullScreen_ = false, minimised_ = false, shownOnce_ = false;
+  uint32_t openedTick_ = 0;
+  bool groundDue_ = false;  ///< the window is bare, and no frame has come yet
   bool fingerDown_ = false;
-  bool padsTried_ = false, padsStarted_ = false;
+  bool painted_ = false;  ///< its ground at least
+  bool settled_ = false, padsStarted_ = false;
+  std::optional<PointerLook> firstLook_;  ///< until the window is settled
   PadKeys padKeys_;
   SDL_FingerID finger_ = 0;  ///< the first finger is the pointer, the others mean nothing
 };
@@ -120,6 +131,7 @@ bool WindowDisplay::open(const WindowOptions& options, std::string& whyNot) {
     return false;
   }
   fullScreen_ = options.fullScreen;
+  openedTick_ = tickCount();
   SDL_SetWindowMinimumSize(window_, ScreenWidth / 2, ScreenHeight / 2);
   measure();
   return true;
@@ -148,11 +160,30 @@ void WindowDisplay::present(const Frame& frame) {
   SDL_UpdateTexture(texture_, nullptr, frame.data(),
                     ScreenWidth * static_cast<int>(sizeof(uint32_t)));
   shownOnce_ = true;
+  groundDue_ = false;
   if (!minimised_) show();
+}
+
+void WindowDisplay::expose() {
+  if (!shownOnce_)
+    groundDue_ = true;
+  else if (!minimised_)
+    show();
+}
+
+/// Shows the ground when its time has come; -1 when there is nothing to wait for.
+int WindowDisplay::millisToGround() {
+  if (!groundDue_) return -1;
+  const uint32_t open = tickCount() - openedTick_;
+  if (open < GroundDelayMillis) return static_cast<int>(GroundDelayMillis - open);
+  groundDue_ = false;
+  if (!minimised_) show();
+  return -1;
 }
 
 /// Draws the frame that the texture holds.
 void WindowDisplay::show() {
+  painted_ = true;
   measure();
   SDL_SetRenderDrawColor(renderer_, 0, 0, 0, 255);
   SDL_RenderClear(renderer_);
@@ -191,7 +222,7 @@ void WindowDisplay::handleWindow(const SDL_WindowEvent& event) {
       break;
     case SDL_WINDOWEVENT_EXPOSED:
     case SDL_WINDOWEVENT_SIZE_CHANGED:
-      if (!minimised_) show();
+      expose();
       break;
     case SDL_WINDOWEVENT_MINIMIZED:
       if (!std::exchange(minimised_, true)) emit(DisplayEvent::Kind::Minimised);
@@ -233,9 +264,11 @@ void WindowDisplay::handleFinger(const SDL_TouchFingerEvent& finger) {
   ready_.push_back(event);
 }
 
-/// Looks for pads once something is shown: the search would only keep the first picture back.
-void WindowDisplay::startPads() {
-  padsTried_ = true;
+/// What would only keep the first picture back: the pointer's look and a search for pads.
+void WindowDisplay::settle() {
+  settled_ = true;
+  if (firstLook_) setCursor(*firstLook_);
+  firstLook_.reset();
   padsStarted_ = startSubsystem(SDL_INIT_GAMECONTROLLER);
 }
 
@@ -277,7 +310,6 @@ void WindowDisplay::handle(const SDL_Event& event) {
 }
 
 bool WindowDisplay::waitEvent(DisplayEvent& event, uint32_t limitMillis) {
-  if (shownOnce_ && !padsTried_) startPads();
   const uint32_t start = tickCount();
   while (ready_.empty()) {
     int remaining = -1;
@@ -286,8 +318,14 @@ bool WindowDisplay::waitEvent(DisplayEvent& event, uint32_t limitMillis) {
       const uint32_t left = elapsed < limitMillis ? limitMillis - elapsed : 0;
       remaining = static_cast<int>(std::min<uint32_t>(left, 0x7FFFFFFF));
     }
+    const int ground = millisToGround();
+    if (painted_ && !settled_) settle();
+    const bool groundFirst = ground >= 0 && (remaining < 0 || ground < remaining);
     SDL_Event raw;
-    if (SDL_WaitEventTimeout(&raw, remaining) == 0) return false;
+    if (SDL_WaitEventTimeout(&raw, groundFirst ? ground : remaining) == 0) {
+      if (groundFirst) continue;
+      return false;
+    }
     if (raw.type == wakeEvent_) {
       // Cleared before the caller looks at what it was woken for: a later wake is a new one.
       wakePending_.store(false);
@@ -315,6 +353,10 @@ void WindowDisplay::movePointer(int x, int y) {
 }
 
 void WindowDisplay::setCursor(const PointerLook& look) {
+  if (!settled_) {
+    firstLook_ = look;
+    return;
+  }
   SDL_Cursor* const made = makeCursor(look);
   if (!made) return;
   SDL_SetCursor(made);

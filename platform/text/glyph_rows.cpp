@@ -12,6 +12,8 @@
 #include <hwy/foreach_target.h>  // before highway.h
 #include <hwy/highway.h>
 
+#include "platform/vector_dispatch.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace qv::HWY_NAMESPACE {
 
@@ -42,7 +44,7 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace qv {
 
-HWY_EXPORT(putWordRows);
+QV_VECTOR_FORMS(putWordRows);
 
 namespace {
 
@@ -94,7 +96,7 @@ void putGlyph(const PixelTarget<uint8_t>& target, int64_t x, int64_t y, const Gl
       putWord(target, x, y, range, glyph, word, index);
       continue;
     }
-    HWY_DYNAMIC_DISPATCH(putWordRows)
+    QV_VECTOR_LOOP(putWordRows)
     (target.top + (y + range.first) * target.stride + x, target.stride,
      glyph.rows + static_cast<ptrdiff_t>(range.first) * glyph.words + word, glyph.words,
      range.count, index);

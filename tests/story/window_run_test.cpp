@@ -106,19 +106,18 @@ TEST_F(WindowRunTest, KeysAndClicksStepTheScenesAndClosingEndsWithStatusZero) {
 
 TEST_F(WindowRunTest, AltReturnFillsTheScreenAndComesBack) {
   ASSERT_TRUE(titled("Vorlane - sc_menu"));
-  constexpr uint32_t Outside = 0x000000;
   const auto corner = [this](const char* name) {
     return screenshot(name).pixels[2 * RootWidth + 2];
   };
-  EXPECT_EQ(corner("before"), Outside);
+  EXPECT_EQ(corner("before"), RootColour);
   toWindow("key alt+Return");
   bool filled = false;
   for (int tries = 0; tries < 100 && !filled; ++tries, std::this_thread::sleep_for(50ms))
-    filled = corner("full") != Outside;
+    filled = corner("full") != RootColour;
   EXPECT_TRUE(filled);
   toWindow("key alt+Return");
   for (int tries = 0; tries < 100 && filled; ++tries, std::this_thread::sleep_for(50ms))
-    filled = corner("after") != Outside;
+    filled = corner("after") != RootColour;
   EXPECT_FALSE(filled);
   toWindow("key alt+F4");
   EXPECT_EQ(game_->awaitEnd(5000), 0);

@@ -77,8 +77,8 @@ VirtualScreen::VirtualScreen() {
     becomeQuiet();
     const std::string number = std::to_string(ends[1]);
     const std::string size = std::to_string(RootWidth) + "x" + std::to_string(RootHeight) + "x24";
-    execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-noreset", "-nolisten", "tcp", "-screen",
-           "0", size.c_str(), static_cast<char*>(nullptr));
+    execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-noreset", "-nolisten", "tcp", "-wr",
+           "-screen", "0", size.c_str(), static_cast<char*>(nullptr));
     _exit(127);
   }
   close(ends[1]);

@@ -13,6 +13,8 @@
 namespace qv::testing {
 
 inline constexpr int RootWidth = 1280, RootHeight = 960;
+/// White: what a window leaves alone is not taken for what it painted black.
+inline constexpr uint32_t RootColour = 0xFFFFFF;
 
 bool installed(const char* program);
 

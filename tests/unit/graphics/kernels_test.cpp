@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 #include <hwy/targets.h>
 
+#include "platform/vector_dispatch.h"
+
 namespace qv {
 namespace {
 
@@ -211,7 +213,7 @@ constexpr int64_t Plain = 0;
 
 std::vector<int64_t> formsHere() {
   std::vector<int64_t> forms = {Plain, HWY_SCALAR};
-  for (int64_t left = hwy::SupportedTargets(); left; left &= left - 1)
+  for (int64_t left = vectorTargets(); left; left &= left - 1)
     if ((left & -left) < HWY_EMU128) forms.push_back(left & -left);
   return forms;
 }
@@ -220,13 +222,9 @@ class Kernels : public ::testing::TestWithParam<int64_t> {
  protected:
   void SetUp() override {
     if (GetParam() == Plain) return;
-    hwy::SetSupportedTargetsForTest(GetParam());
-    hwy::GetChosenTarget().DeInit();  // chosen anew at the next call
+    pretendVectors(GetParam());
   }
-  void TearDown() override {
-    hwy::SetSupportedTargetsForTest(0);
-    hwy::GetChosenTarget().DeInit();
-  }
+  void TearDown() override { pretendVectors(0); }
 
   std::mt19937 random_{20};
   const Palette palette_ = somePalette(random_, false);

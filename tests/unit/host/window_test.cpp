@@ -206,7 +206,7 @@ TEST_F(WindowTest, DrawsTheLastFrameAgainWhenItIsMappedAgain) {
   display_->present(testFrame());
   screenshotWhere(330, 250, 0xC02020);
   outside("xdotool search --name 'qv window test' windowunmap --sync");
-  EXPECT_EQ(at(screenshotWhere(330, 250, 0x000000), 330, 250), 0x000000u);
+  EXPECT_EQ(at(screenshotWhere(330, 250, RootColour), 330, 250), RootColour);
   outside("xdotool search --name 'qv window test' windowmap --sync");
   EXPECT_EQ(at(screenshotWhere(330, 250, 0xC02020), 330, 250), 0xC02020u);
 }
@@ -447,6 +447,26 @@ TEST_F(WindowTest, ThePointerLooksAsItIsTold) {
   picture.pixels.pop_back();
   display_->setCursor({.system = system_cursor::Cross, .picture = picture});
   EXPECT_NE(SDL_GetCursor(), first);
+}
+
+TEST_F(WindowTest, TakesItsFirstLookBehindItsFirstFrame) {
+  std::string whyNot;
+  display_ = makeWindowDisplay({.title = "qv window test"}, whyNot);
+  ASSERT_TRUE(display_) << whyNot;
+  SDL_Cursor* const first = SDL_GetCursor();
+  display_->setCursor({.system = system_cursor::Wait, .picture = std::nullopt});
+  EXPECT_EQ(SDL_GetCursor(), first);
+  display_->present(testFrame());
+  DisplayEvent event;
+  display_->waitEvent(event, 0);
+  EXPECT_NE(SDL_GetCursor(), first);
+}
+
+TEST_F(WindowTest, IsBlackWhenItsFirstFrameIsLate) {
+  EXPECT_EQ(at(screenshot(), RootWidth / 2, RootHeight / 2), RootColour);
+  open();
+  const Picture late = screenshotWhere(RootWidth / 2, RootHeight / 2, 0);
+  EXPECT_EQ(at(late, RootWidth / 2, RootHeight / 2), 0U);
 }
 
 TEST_F(WindowTest, InstallsNoSignalHandler) {

@@ -24,15 +24,9 @@ const std::filesystem::path SoundFont = "/usr/share/sounds/sf2/TimGM6mb.sf2";
 
 using Samples = std::vector<float>;
 
-std::unique_ptr<Synthesiser> makeWith(const std::filesystem::path& soundFont, std::string& whyNot) {
-  std::unique_ptr<Synthesiser> synthesiser = makeSynthesiser(SampleRate);
-  synthesiser->load(soundFont, whyNot);
-  return synthesiser;
-}
-
 std::unique_ptr<Synthesiser> makeWithFont() {
   std::string whyNot;
-  std::unique_ptr<Synthesiser> synthesiser = makeWith(SoundFont, whyNot);
+  std::unique_ptr<Synthesiser> synthesiser = makeSynthesiser(SampleRate, SoundFont, whyNot);
   EXPECT_EQ(whyNot, "");
   return synthesiser;
 }
@@ -192,7 +186,7 @@ TEST_F(SynthesiserTest, SilencesItsNotesWhenMessagesAreLost) {
 
 TEST_F(SynthesiserTest, WithoutASoundFontIsSilentAndSaysSoOnce) {
   std::string whyNot;
-  const auto synthesiser = makeWith("/nowhere/font.sf2", whyNot);
+  const auto synthesiser = makeSynthesiser(SampleRate, "/nowhere/font.sf2", whyNot);
   EXPECT_EQ(whyNot, "There is no sound font /nowhere/font.sf2; songs stay silent.");
   EXPECT_TRUE(synthesiser->available());
   EXPECT_TRUE(synthesiser->open());
@@ -209,36 +203,10 @@ TEST_F(SynthesiserTest, WithAFileThatIsNoSoundFontIsSilent) {
   std::fclose(file);
   std::string whyNot;
   ::testing::internal::CaptureStderr();
-  const auto synthesiser = makeWith(path, whyNot);
+  const auto synthesiser = makeSynthesiser(SampleRate, path, whyNot);
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(whyNot, path.string() + " is no sound font that can be read; songs stay silent.");
   EXPECT_EQ(loudest(rendered(*synthesiser)), 0);
-}
-
-TEST_F(SynthesiserTest, IsOpenedWhenItsInstrumentsStand) {
-  const auto synthesiser = makeSynthesiser(SampleRate);
-  std::string whyNot;
-  std::atomic<bool> begun = false;
-  Thread loader;
-  loader.start("loader", [&] {
-    begun = true;
-    synthesiser->load(SoundFont, whyNot);
-  });
-  ASSERT_TRUE(synthesiser->open());
-  EXPECT_TRUE(begun);
-  send(*synthesiser, {0x90, 60, 100});
-  EXPECT_GT(loudest(rendered(*synthesiser)), 0.01F);
-  EXPECT_EQ(whyNot, "");
-}
-
-TEST_F(SynthesiserTest, RunsSongsWithoutInstruments) {
-  const auto synthesiser = makeSynthesiser(SampleRate);
-  synthesiser->loadNothing();
-  ASSERT_TRUE(synthesiser->open());
-  send(*synthesiser, {0x90, 60, 100});
-  EXPECT_EQ(loudest(rendered(*synthesiser)), 0);
-  synthesiser->close();
-  EXPECT_TRUE(synthesiser->open());
 }
 
 // --- Songs ---
