@@ -11,6 +11,7 @@
 #include "bench/ratio.h"
 #include "host/box_desk.h"
 #include "host/recorder.h"
+#include "host/silent_sound.h"
 #include "host/ui_loop.h"
 #include "platform/display/headless_display.h"
 #include "platform/text/text_renderer.h"
@@ -76,8 +77,13 @@ int main() {
   SettingsStore settings(player / "settings");
   bench::NoDialogs dialogs;
   TextRenderer text;
-  const ServicesScope services(
-      {.files = &files, .settings = &settings, .dialogs = &dialogs, .text = &text});
+  SilentSound sound;
+  const ServicesScope services({.files = &files,
+                                .settings = &settings,
+                                .dialogs = &dialogs,
+                                .text = &text,
+                                .wave = sound.wave(),
+                                .midi = sound.midi()});
 
   const GameModule module{ModuleAbi, "Bench", nullptr, nullptr, nullptr,
                           nullptr,   nullptr, nullptr, 0};

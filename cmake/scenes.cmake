@@ -59,3 +59,17 @@ endfunction()
 function(qv_link_story executable story)
   target_sources(${executable} PRIVATE $<TARGET_OBJECTS:${story}>)
 endfunction()
+
+# qv_add_frame(TARGET GAME_FOLDER): a story of tests or benches stands in the frame of the sample, and
+# has one of its voices. Copied, because a game's files stand in its own folder.
+function(qv_add_frame target folder)
+  set(sample ${QV_OUTPUT_DIR}/vorlane)
+  add_custom_target(${target}_frame
+    COMMAND ${CMAKE_COMMAND} -E copy_directory ${sample}/dat ${folder}/dat
+    COMMAND ${CMAKE_COMMAND} -E copy_directory ${sample}/cg ${folder}/cg
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}/disc/VOICE/V00
+    COMMAND ${CMAKE_COMMAND} -E copy ${sample}/disc/VOICE/V00/0000_001.wav ${folder}/disc/VOICE/V00
+    VERBATIM)
+  add_dependencies(${target}_frame vorlane_pictures vorlane_voices)
+  add_dependencies(${target} ${target}_frame)
+endfunction()
