@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "foundation/diagnostic.h"
+#include "message/wait_codes.h"
 #include "scenario/picture_names.h"
 #include "scenario/resume.h"
 #include "scenario/timekeeper.h"
@@ -16,7 +17,6 @@ namespace qv {
 
 namespace {
 
-constexpr int32_t WantsTitle = -10, WantsEnd = 255;
 constexpr int32_t LeavingSteps = 16;
 
 SceneFunction resume() {
@@ -55,8 +55,8 @@ SceneFunction leaveGame() {
 }
 
 Leaving afterClick(int32_t result) {
-  if (result == WantsTitle) return {true, leaveForTitle()};
-  if (result == WantsEnd) return {true, leaveGame()};
+  if (result == WaitToTitle) return {true, leaveForTitle()};
+  if (result == WaitToEnd) return {true, leaveGame()};
   if (Reg(ResumePendingRegister) != 0) return {true, resume()};
   return {};
 }
@@ -64,7 +64,7 @@ Leaving afterClick(int32_t result) {
 SceneFunction afterSelection(int32_t result, SceneFunction first, SceneFunction second,
                              SceneFunction third) {
   if (Reg(ResumePendingRegister) != 0) return resume();
-  if (result == WantsEnd) return leaveGame();
+  if (result == WaitToEnd) return leaveGame();
   if (result == 1) return first;
   if (result == 2) return second;
   if (result == 3 && third) return third;
@@ -73,7 +73,7 @@ SceneFunction afterSelection(int32_t result, SceneFunction first, SceneFunction 
 
 SceneFunction afterPlace(int32_t result, const SceneFunction* places, size_t count) {
   if (Reg(ResumePendingRegister) != 0) return resume();
-  if (result == WantsEnd) return leaveGame();
+  if (result == WaitToEnd) return leaveGame();
   if (result >= 0 && static_cast<size_t>(result) < count) return places[result];
   return fadeToTitle();
 }

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "tools/qvtool/failure.h"
+#include "tools/failure.h"
 #include "tools/qvtool/font_source.h"
 #include "tools/qvtool/truetype.h"
 

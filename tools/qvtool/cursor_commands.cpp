@@ -9,8 +9,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/failure.h"
 #include "tools/qvtool/commands.h"
-#include "tools/qvtool/failure.h"
 #include "tools/qvtool/files.h"
 #include "tools/qvtool/image.h"
 

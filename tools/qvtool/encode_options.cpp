@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "tools/qvtool/failure.h"
+#include "tools/failure.h"
 #include "tools/qvtool/quantise.h"
 
 namespace qv::tool {

@@ -5,7 +5,7 @@
 #include "graphics/little_endian.h"
 #include "graphics/mcg_reader.h"
 #include "graphics/sld_reader.h"
-#include "tools/qvtool/failure.h"
+#include "tools/failure.h"
 #include "tools/qvtool/files.h"
 #include "tools/qvtool/image.h"
 

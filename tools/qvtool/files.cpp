@@ -10,7 +10,7 @@
 
 #include <unistd.h>
 
-#include "tools/qvtool/failure.h"
+#include "tools/failure.h"
 
 namespace qv::tool {
 

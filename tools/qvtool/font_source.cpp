@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "platform/text/shift_jis.h"
-#include "tools/qvtool/failure.h"
+#include "tools/failure.h"
 #include "tools/qvtool/font_outline.h"
 
 namespace qv::tool {

@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/failure.h"
 #include "tools/qvtool/commands.h"
-#include "tools/qvtool/failure.h"
 
 namespace {
 

@@ -12,10 +12,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/failure.h"
 #include "tools/picture_codec/picture_files.h"
 #include "tools/qvtool/commands.h"
 #include "tools/qvtool/engine_picture.h"
-#include "tools/qvtool/failure.h"
 #include "tools/qvtool/files.h"
 #include "tools/qvtool/image.h"
 

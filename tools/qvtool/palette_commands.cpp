@@ -9,10 +9,10 @@
 #include <CLI/CLI.hpp>
 
 #include "graphics/static_colours.h"
+#include "tools/failure.h"
 #include "tools/qvtool/commands.h"
 #include "tools/qvtool/engine_picture.h"
 #include "tools/qvtool/entry_list.h"
-#include "tools/qvtool/failure.h"
 #include "tools/qvtool/image.h"
 
 namespace qv::tool {

@@ -9,12 +9,12 @@
 #include <CLI/CLI.hpp>
 
 #include "graphics/mcg_reader.h"
+#include "tools/failure.h"
 #include "tools/picture_codec/picture_files.h"
 #include "tools/qvtool/commands.h"
 #include "tools/qvtool/encode_options.h"
 #include "tools/qvtool/engine_picture.h"
 #include "tools/qvtool/entry_list.h"
-#include "tools/qvtool/failure.h"
 #include "tools/qvtool/files.h"
 
 namespace qv::tool {

@@ -9,7 +9,7 @@
 #include <png.h>
 
 #include "graphics/dib.h"
-#include "tools/qvtool/failure.h"
+#include "tools/failure.h"
 #include "tools/qvtool/files.h"
 #include "tools/qvtool/image.h"
 

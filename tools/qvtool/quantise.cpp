@@ -8,7 +8,7 @@
 #include <libimagequant.h>
 
 #include "graphics/static_colours.h"
-#include "tools/qvtool/failure.h"
+#include "tools/failure.h"
 
 namespace qv::tool {
 

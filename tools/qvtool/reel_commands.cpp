@@ -16,9 +16,9 @@
 
 #include "host/run.h"
 #include "host/silent_sound.h"
+#include "tools/failure.h"
 #include "tools/qvtool/commands.h"
 #include "tools/qvtool/engine_picture.h"
-#include "tools/qvtool/failure.h"
 #include "tools/qvtool/reel_module.h"
 
 namespace qv::tool {

@@ -10,8 +10,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/failure.h"
 #include "tools/qvtool/commands.h"
-#include "tools/qvtool/failure.h"
 #include "tools/qvtool/files.h"
 #include "tools/song/listing.h"
 #include "tools/song/smf_writer.h"

@@ -9,8 +9,8 @@
 
 #include "platform/kernel/kernel.h"
 #include "platform/text/text_renderer.h"
+#include "tools/failure.h"
 #include "tools/qvtool/commands.h"
-#include "tools/qvtool/failure.h"
 #include "tools/qvtool/files.h"
 #include "tools/story/graph_svg.h"
 #include "tools/story/story_checks.h"

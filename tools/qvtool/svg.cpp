@@ -5,7 +5,7 @@
 #include <librsvg/rsvg.h>
 
 #include "graphics/dib.h"
-#include "tools/qvtool/failure.h"
+#include "tools/failure.h"
 #include "tools/qvtool/image.h"
 
 namespace qv::tool {

@@ -23,7 +23,7 @@
 #include "tests/support/golden.h"
 #include "tests/support/process.h"
 #include "tests/support/test_platform.h"
-#include "tools/qvtool/failure.h"
+#include "tools/failure.h"
 #include "tools/qvtool/font_source.h"
 #include "tools/qvtool/truetype.h"
 

@@ -4,9 +4,9 @@
 
 #include "graphics/dib.h"
 #include "graphics/mcg_reader.h"
+#include "tools/failure.h"
 #include "tools/picture_codec/lzss_encoder.h"
 #include "tools/picture_codec/picture_files.h"
-#include "tools/qvtool/failure.h"
 
 namespace qv::codec {
 namespace {
