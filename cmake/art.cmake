@@ -86,7 +86,7 @@ function(qv_add_pictures target)
     endif()
     add_custom_command(OUTPUT ${output}
       COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
-      COMMAND qvtool mcg encode ${sources}/${source} ${output} ${options}
+      COMMAND ${QV_GAME_TOOL} mcg encode ${sources}/${source} ${output} ${options}
       DEPENDS ${sources}/${source} ${companions} ${tool}
       COMMENT "Picture ${name}" VERBATIM)
     list(APPEND pictures ${output})

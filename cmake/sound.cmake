@@ -18,7 +18,7 @@ function(qv_add_songs target)
       set(output ${sound_GAME_FOLDER}/midi/${name}${variant}.mid)
       add_custom_command(OUTPUT ${output}
         COMMAND ${CMAKE_COMMAND} -E make_directory ${sound_GAME_FOLDER}/midi
-        COMMAND qvtool song encode ${song} ${output} --variant ${variant}
+        COMMAND ${QV_GAME_TOOL} song encode ${song} ${output} --variant ${variant}
         DEPENDS ${song} ${tool}
         COMMENT "Song ${name}${variant}" VERBATIM)
       list(APPEND outputs ${output})
