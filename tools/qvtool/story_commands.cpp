@@ -85,6 +85,7 @@ void check(const StoryOptions& options) {
   RendererWidths widths(text);
   checkReach(source.story, source.problems);
   checkFlags(source.story, source.code, source.problems);
+  checkSongs(source.story, source.problems);
   checkFilesOf(options, source);
   checkLayout(source.story, widths, source.problems);
   if (!text.hasFont(FontFace::ProportionalMincho))

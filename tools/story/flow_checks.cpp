@@ -1,4 +1,4 @@
-// Ways and flags: what holds between scenes.
+// Ways, flags and songs: what holds from one act to the next, and between scenes.
 
 #include <algorithm>
 #include <map>
@@ -152,6 +152,60 @@ void checkFlags(const Story& story, const std::vector<scenec::TextFile>& code, P
   for (const scenec::TextFile& file : code)
     ledger.readCode(file.bytes);
   ledger.tell(problems);
+}
+
+// --- Songs ---
+
+namespace {
+
+/// Follows the acts and tells waits for a song that goes round. `song` is what plays, empty where
+/// it is not known or will end.
+class SongWalk {
+ public:
+  explicit SongWalk(Problems& problems) : problems_(problems) {}
+
+  void read(const std::vector<Act>& acts, std::string& song) {
+    for (const Act& act : acts) {
+      if (!act.branches.empty())
+        branch(act, song);
+      else if (act.kind == Act::Kind::Call && !act.arguments.empty())
+        call(act, song);
+    }
+  }
+
+ private:
+  void call(const Act& act, std::string& song) {
+    const std::string word = scenec::narrow(act.arguments[0]);
+    if (act.command == "bgm") song = word == "fadeout" || word == "stop" ? "" : word;
+    if (act.command == "wait" && word == "song" && !song.empty())
+      problems_.add(act.place, "this never ends, because " + song +
+                                   " goes round; write @bgm fadeout before it.");
+  }
+
+  /// Behind the branches only what all ways agree on is known.
+  void branch(const Act& act, std::string& song) {
+    std::set<std::string> songs{song};
+    for (const scenec::Branch& branch : act.branches) {
+      std::string inside = song;
+      read(branch.acts, inside);
+      if (!scenec::alwaysLeaves(branch.acts)) songs.insert(inside);
+    }
+    if (songs.size() > 1) song.clear();
+  }
+
+  Problems& problems_;
+};
+
+}  // namespace
+
+void checkSongs(const Story& story, Problems& problems) {
+  SongWalk walk(problems);
+  for (const Scene& scene : story.scenes)
+    for (const scenec::StepList& list : scene.lists) {
+      std::string song;
+      for (const scenec::Step& step : list.steps)
+        walk.read(step, song);
+    }
 }
 
 }  // namespace qv::story

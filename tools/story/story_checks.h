@@ -20,6 +20,9 @@ void checkReach(const scenec::Story& story, scenec::Problems& problems);
 void checkFlags(const scenec::Story& story, const std::vector<scenec::TextFile>& code,
                 scenec::Problems& problems);
 
+/// Waits for the end of a song that the scene has begun and not ended: songs of scenes go round.
+void checkSongs(const scenec::Story& story, scenec::Problems& problems);
+
 /// Pictures, mouths, voices, songs, effects and files that scenes name and the game does not have;
 /// figures without a row; what the engine itself loads at its start, unless the story is bare.
 void checkFiles(const scenec::Story& story, const GameFiles& files, scenec::Problems& problems);

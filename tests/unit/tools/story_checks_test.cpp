@@ -117,6 +117,24 @@ TEST_F(StoryCheck, FlagsAreSetByCommandsByCodeAndByTheEngine) {
   expect({});
 }
 
+// --- Songs ---
+
+TEST_F(StoryCheck, TellsWaitsForSongsThatGoRound) {
+  checkSongs(read("@scene sc000000\n@bgm K03\nひとつ。\n@wait song\n@go sc000001\n"
+                  "@scene sc000001\n@bgm K04\n@if 600\n@bgm stop\n@end\n@wait song\n"
+                  "@if 600\n@bgm K05 fadein\n@wait song\n@end\n@go END\n"),
+             problems);
+  expect({"a.scene:4: this never ends, because K03 goes round; write @bgm fadeout before it.",
+          "a.scene:14: this never ends, because K05 goes round; write @bgm fadeout before it."});
+}
+
+TEST_F(StoryCheck, AcceptsWaitsForSongsThatEndOrThatItDoesNotKnow) {
+  checkSongs(read("@scene sc000000\n@wait song\n@bgm K03\n@bgm fadeout\n@wait song\n"
+                  "@if 600\n@bgm K04\n@go END\n@end\n@wait song\n@go END\n"),
+             problems);
+  expect({});
+}
+
 // --- Files ---
 
 GameFiles engineAnd(std::initializer_list<const char*> names) {
