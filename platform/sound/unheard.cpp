@@ -10,8 +10,9 @@ namespace qv {
 
 namespace {
 
-/// As long as an output's buffer.
-constexpr uint32_t StepMillis = 10;
+/// As long as an output's buffer; nobody hears how finely the time goes, and each step wakes a
+/// processor.
+constexpr uint32_t StepMillis = 20;
 /// A machine that slept goes on where it was.
 constexpr uint32_t MostMillis = 1000;
 constexpr uint32_t PartFrames = 512;
