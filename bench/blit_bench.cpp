@@ -118,13 +118,9 @@ constexpr Vectors Kinds[] = {
     {"avx512", HWY_AVX3_DL, 1.1, 1.6, 4.5},
 };
 
-void useVectors(int64_t targets) {
-  qv::pretendVectors(targets);
-}
-
 /// Rows that depend on the processor's vectors.
 void vectorRows(Table& table, Ground& ground, const Vectors& kind) {
-  useVectors(kind.targets);
+  pretendVectors(kind.targets);
   const auto row = [&](const char* what, double limit, Pair pair) {
     table.atMost((std::string(kind.name) + ": " + what).c_str(), limit, pair);
   };
@@ -260,7 +256,7 @@ int run(const char* name) {
                compare(repeated([=] { copyRows(Vector, rows); }), ground.copy8()));
   table.atMost("32 to 32 copy to memcpy", 1.05,
                compare(repeated([=] { copyRows32(Vector, rows32); }), ground.copy32()));
-  const int64_t here = qv::vectorTargets() | HWY_SCALAR;
+  const int64_t here = vectorTargets() | HWY_SCALAR;
   for (const Vectors& kind : Kinds) {
     if (!chosen(kind, name)) continue;
     if (here & kind.targets)
@@ -268,7 +264,7 @@ int run(const char* name) {
     else
       std::printf("%s: not on this machine\n", kind.name);
   }
-  useVectors(0);  // others too use the best that the machine has
+  pretendVectors(0);  // others too use the best that the machine has
   sdlRows(table, ground);
   pixmanRows(table, ground);
   return table.status();

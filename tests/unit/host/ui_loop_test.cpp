@@ -3,6 +3,7 @@
 #include "host/ui_loop.h"
 
 #include <functional>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -44,7 +45,10 @@ class UiLoopTest : public ::testing::Test {
         withText({services().files, services().settings, services().dialogs, &text, nullptr}),
         host(EmptyModule),
         boxes(text),
-        loop(host, display, boxes, recorder, {}) {}
+        loop(host, display, boxes, recorder,
+             {.canShow = false, .shots = {}, .applicationName = {}, .pictureShown = [this] {
+                presentsWhenTold.push_back(display.presents());
+              }}) {}
 
   /// Runs `scene` as the scenario thread, and the loop until it has ended.
   void run(const std::function<void()>& scene) {
@@ -88,6 +92,7 @@ class UiLoopTest : public ::testing::Test {
   GameHost host;
   BoxDesk boxes;
   Recorder recorder;
+  std::vector<size_t> presentsWhenTold;
   UiLoop loop;
   bool aborted = false;
 };
@@ -121,6 +126,20 @@ TEST_F(UiLoopTest, AWindowThatOpensIsShownWithItsFirstPicture) {
     EXPECT_EQ(shownAt(0, 0), Red);
     EXPECT_EQ(display.presents(), 1u);
   });
+}
+
+TEST_F(UiLoopTest, TheFirstPictureIsToldOnceAndBehindItself) {
+  run([this] {
+    settle();
+    EXPECT_TRUE(presentsWhenTold.empty());
+    HostWindowObject* view = make("cg.view", ScreenRectangle);
+    for (const uint8_t index : {RedIndex, BlueIndex}) {
+      fill(view, index);
+      settle();
+    }
+    EXPECT_GE(display.presents(), 2u);
+  });
+  EXPECT_EQ(presentsWhenTold, (std::vector<size_t>{1}));
 }
 
 TEST_F(UiLoopTest, AWindowThatStaysEmptyIsShownAFrameLater) {

@@ -33,6 +33,17 @@ TEST_F(AwaitedMidiTest, IsOpenedWhenItsDeviceIsThere) {
   EXPECT_EQ(openedAt - start, 70U);
 }
 
+TEST_F(AwaitedMidiTest, IsNotOpenedByAThreadThatHasToEnd) {
+  AwaitedMidi midi([] {});
+  Thread opener;
+  bool opened = true;
+  opener.start("opener", [&] { opened = midi.open(); });
+  sleepMillis(10);
+  opener.terminate();
+  opener.join();
+  EXPECT_FALSE(opened);
+}
+
 TEST_F(AwaitedMidiTest, HandsEverythingOn) {
   AwaitedMidi midi([] {});
   auto device = std::make_unique<NullMidiOutput>(10);
